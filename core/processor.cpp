@@ -1,0 +1,133 @@
+// The thread setting, and what can be learned about the processor.
+#include "zelcore.h"
+
+#include <cpuid.h>
+
+#include <algorithm>
+#include <atomic>
+#include <charconv>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <limits>
+#include <set>
+#include <string>
+#include <thread>
+#include <utility>
+
+#if defined(__linux__)
+#include <sched.h>
+#endif
+
+namespace {
+
+constexpr Zel32s kFallbackCacheBytes = 1 << 20;
+
+// The processors that this process may run on; 1 at least.
+int allowedProcessors()
+{
+#if defined(__linux__)
+    cpu_set_t set;
+    if (sched_getaffinity(0, sizeof set, &set) == 0) return std::max(1, CPU_COUNT(&set));
+#endif
+    return std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+}
+
+// OMP_NUM_THREADS is a positive number or a list of them, one for each nesting level: the first one counts here.
+int defaultThreads()
+{
+    if (const char* text = std::getenv("OMP_NUM_THREADS")) {
+        while (*text == ' ' || *text == '\t') ++text;
+        int count = 0;
+        const char* end = text + std::strlen(text);
+        const auto parsed = std::from_chars(text, end, count);
+        const char* rest = parsed.ptr;
+        while (rest != end && (*rest == ' ' || *rest == '\t')) ++rest;
+        if (parsed.ec == std::errc() && count >= 1 && (rest == end || *rest == ',')) return count;
+    }
+    return allowedProcessors();
+}
+
+std::atomic<int>& threadSetting()
+{
+    static std::atomic<int> setting{defaultThreads()};
+    return setting;
+}
+
+// Largest cache of the deterministic cache parameters: leaf 4, and its twin on processors that keep it elsewhere.
+uint64_t largestCache(unsigned leaf)
+{
+    uint64_t largest = 0;
+    unsigned a, b, c, d;
+    for (unsigned index = 0; index < 16; ++index) {
+        if (!__get_cpuid_count(leaf, index, &a, &b, &c, &d)) break;
+        const unsigned type = a & 31; // 0 none, 1 data, 2 instructions, 3 both
+        if (type == 0) break;
+        if (type == 2) continue;
+        const uint64_t ways = (b >> 22) + 1, partitions = ((b >> 12) & 1023) + 1, line = (b & 4095) + 1;
+        largest = std::max(largest, ways * partitions * line * (uint64_t(c) + 1));
+    }
+    return largest;
+}
+
+Zel32s readCacheBytes()
+{
+    const uint64_t bytes = std::max(largestCache(4), largestCache(0x8000001D));
+    if (bytes == 0) return kFallbackCacheBytes;
+    return static_cast<Zel32s>(std::min<uint64_t>(bytes, std::numeric_limits<Zel32s>::max()));
+}
+
+// Reads one number of the topology of processor `cpu`; -1 where there is none.
+int topology(int cpu, const char* what)
+{
+    std::ifstream file("/sys/devices/system/cpu/cpu" + std::to_string(cpu) + "/topology/" + what);
+    int value = -1;
+    return file >> value ? value : -1;
+}
+
+// Distinct cores on the die that processor 0 belongs to. Where the system does not tell: all processors.
+int readCoresOnDie()
+{
+    const int package = topology(0, "physical_package_id"), die = topology(0, "die_id");
+    std::set<int> cores;
+    for (int cpu = 0; topology(cpu, "core_id") >= 0; ++cpu)
+        if (topology(cpu, "physical_package_id") == package && topology(cpu, "die_id") == die)
+            cores.insert(topology(cpu, "core_id"));
+    if (!cores.empty()) return static_cast<int>(cores.size());
+    return std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+}
+
+} // namespace
+
+ZelStatus zelGetNumThreads(Zel32s* count)
+{
+    if (!count) return zelStatusNullPointer;
+    *count = threadSetting().load(std::memory_order_relaxed);
+    return zelStatusOk;
+}
+
+ZelStatus zelSetNumThreads(Zel32s count)
+{
+    if (count < 1) return zelStatusBadArgument;
+    threadSetting().store(count, std::memory_order_relaxed);
+    return zelStatusOk;
+}
+
+Zel32s ownGetNumThreads(void)
+{
+    return threadSetting().load(std::memory_order_relaxed);
+}
+
+ZelStatus zelGetMaxCacheSizeB(Zel32s* bytes)
+{
+    if (!bytes) return zelStatusNullPointer;
+    static const Zel32s size = readCacheBytes();
+    *bytes = size;
+    return zelStatusOk;
+}
+
+Zel32s zelGetNumCoresOnDie(void)
+{
+    static const int cores = readCoresOnDie();
+    return cores;
+}
