@@ -19,7 +19,7 @@ constexpr Zel32s wrappingShift(Zel32s value, int bits) { return wrap(static_cast
 class Wrapped {
 public:
     constexpr Wrapped(Zel32s value) : bits_(static_cast<Zel32u>(value)) {}
-    constexpr operator Zel32s() const { return wrap(bits_); }
+    constexpr Zel32s value() const { return wrap(bits_); }
     friend constexpr Wrapped operator+(Wrapped a, Wrapped b) { return wrap(a.bits_ + b.bits_); }
     friend constexpr Wrapped operator*(Wrapped a, Wrapped b) { return wrap(a.bits_ * b.bits_); }
     // Up to the next multiple of `unit`, a power of two.
