@@ -23,7 +23,7 @@ ZelStatus absDiff(Plane<const T> src1, Plane<const T> src2, Plane<T> dst, ZeliSi
     forBands(roi, kGate, [=](Band band) {
         const auto difference = [](Vec<T> a, Vec<T> b) { return absoluteDifference(a, b); };
         for (int y = band.first; y < band.last; ++y)
-            mapRow(dst.row(y), roi.width, difference, src1.row(y), src2.row(y));
+            mapRow(dst.row(y), roi.width, difference, Elements<T>{src1.row(y)}, Elements<T>{src2.row(y)});
     });
     return zelStatusOk;
 }
@@ -39,7 +39,7 @@ ZelStatus absDiffC(Plane<const T> src, Plane<T> dst, ZeliSize roi, Constant valu
         value = std::clamp<Constant>(value, 0, std::numeric_limits<T>::max());
     forBands(roi, kGate, [=](Band band) {
         const auto difference = [constant = splat(T(value))](Vec<T> a) { return absoluteDifference(a, constant); };
-        for (int y = band.first; y < band.last; ++y) mapRow(dst.row(y), roi.width, difference, src.row(y));
+        for (int y = band.first; y < band.last; ++y) mapRow(dst.row(y), roi.width, difference, Elements<T>{src.row(y)});
     });
     return zelStatusOk;
 }

@@ -5,8 +5,10 @@
 
 #include "zelcv.h"
 
+#include <cstddef>
 #include <cstring>
 #include <immintrin.h>
+#include <type_traits>
 
 namespace zelcv {
 
@@ -52,15 +54,7 @@ void store(T* to, Vec<T> v)
     std::memcpy(to, &v, sizeof v);
 }
 
-// The first `count` lanes; the others are 0.
-template <class T>
-Vec<T> loadPartial(const T* from, int count)
-{
-    Vec<T> v = {};
-    std::memcpy(&v, from, sizeof(T) * std::size_t(count));
-    return v;
-}
-
+// The first `count` lanes.
 template <class T>
 void storePartial(T* to, Vec<T> v, int count)
 {
@@ -94,14 +88,26 @@ inline Vec<Zel32f> absoluteDifference(Vec<Zel32f> a, Vec<Zel32f> b)
 
 // ---- rows
 
-// dst[i] = operation(src[i]...) for `count` elements, all of one size. Exact overlap of dst with a source is allowed: each
-// element is read before it is written.
-template <class D, class Operation, class... S>
-void mapRow(D* dst, int count, const Operation& operation, const S*... src)
+// How mapRow reads a source: whatever has a pointer `from` and gives the vector of its elements from i on.
+template <class T>
+struct Elements {
+    const T* from;
+    Vec<T> at(int i) const { return load(from + i); }
+};
+// dst[i] = operation(source.at(i)...) for `count` elements. The tail goes through the same operation on padded copies. Exact
+// overlap of dst with a source is allowed: each element is read before it is written.
+template <class D, class Operation, class... Sources>
+void mapRow(D* dst, int count, const Operation& operation, Sources... sources)
 {
     int i = 0;
-    for (; i <= count - kLanes<D>; i += kLanes<D>) store(dst + i, operation(load(src + i)...));
-    if (i < count) storePartial(dst + i, operation(loadPartial(src + i, count - i)...), count - i);
+    for (; i <= count - kLanes<D>; i += kLanes<D>) store(dst + i, operation(sources.at(i)...));
+    if (i == count) return;
+    const auto tail = [i, rest = count - i](auto source) {
+        std::remove_cvref_t<decltype(*source.from)> padded[kLanes<D>] = {};
+        std::memcpy(padded, source.from + i, sizeof(*padded) * std::size_t(rest));
+        return decltype(source){padded}.at(0);
+    };
+    storePartial(dst + i, operation(tail(sources)...), count - i);
 }
 
 } // namespace zelcv
