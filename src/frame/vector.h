@@ -86,6 +86,84 @@ inline Vec<Zel32f> absoluteDifference(Vec<Zel32f> a, Vec<Zel32f> b)
     return Vec<Zel32f>(Vec<Zel32u>(a - b) & 0x7fffffffu);
 }
 
+// ---- filters: products, sums, widening and narrowing
+//
+// interleaveLow and interleaveHigh, and narrowPairs as their inverse, work within each 16 bytes of a register.
+
+inline Vec<Zel8u> interleaveLow(Vec<Zel8u> a, Vec<Zel8u> b)
+{
+    return Vec<Zel8u>(ZELCV_REGISTER(unpacklo_epi8)(IntRegister(a), IntRegister(b)));
+}
+
+inline Vec<Zel8u> interleaveHigh(Vec<Zel8u> a, Vec<Zel8u> b)
+{
+    return Vec<Zel8u>(ZELCV_REGISTER(unpackhi_epi8)(IntRegister(a), IntRegister(b)));
+}
+
+inline Vec<Zel16s> interleaveLow(Vec<Zel16s> a, Vec<Zel16s> b)
+{
+    return Vec<Zel16s>(ZELCV_REGISTER(unpacklo_epi16)(IntRegister(a), IntRegister(b)));
+}
+
+inline Vec<Zel16s> interleaveHigh(Vec<Zel16s> a, Vec<Zel16s> b)
+{
+    return Vec<Zel16s>(ZELCV_REGISTER(unpackhi_epi16)(IntRegister(a), IntRegister(b)));
+}
+
+// a[2i] * b[2i] + a[2i + 1] * b[2i + 1], wrapping at 32 bits.
+inline Vec<Zel32u> multiplyAddPairs(Vec<Zel16s> a, Vec<Zel16s> b)
+{
+    return Vec<Zel32u>(ZELCV_REGISTER(madd_epi16)(IntRegister(a), IntRegister(b)));
+}
+
+// Two 16-bit numbers in memory, in all pairs of lanes.
+inline Vec<Zel16s> splatPair(const Zel16s* from)
+{
+    Zel32s both;
+    std::memcpy(&both, from, sizeof both);
+    return Vec<Zel16s>(splat(both));
+}
+
+inline Vec<Zel32f> toFloat(Vec<Zel32s> v) { return Vec<Zel32f>(ZELCV_REGISTER(cvtepi32_ps)(IntRegister(v))); }
+
+// Cuts toward zero. Numbers outside the range of 32 bits, and NaN, become its minimum.
+inline Vec<Zel32s> truncate(Vec<Zel32f> v) { return Vec<Zel32s>(ZELCV_REGISTER(cvttps_epi32)(v)); }
+
+// The smaller of each; b where either is NaN.
+inline Vec<Zel32f> minimum(Vec<Zel32f> a, Vec<Zel32f> b) { return ZELCV_REGISTER(min_ps)(a, b); }
+
+// Limited to 16 bits.
+inline Vec<Zel16s> narrowPairs(Vec<Zel32s> a, Vec<Zel32s> b)
+{
+    return Vec<Zel16s>(ZELCV_REGISTER(packs_epi32)(IntRegister(a), IntRegister(b)));
+}
+
+// The elements of a, then those of b, limited to the 8 bits of T.
+template <class T>
+Vec<T> narrowInOrder(Vec<Zel16s> a, Vec<Zel16s> b)
+{
+    const IntRegister x = IntRegister(a), y = IntRegister(b);
+    IntRegister packed;
+    if constexpr (T(-1) < 0)
+        packed = ZELCV_REGISTER(packs_epi16)(x, y);
+    else
+        packed = ZELCV_REGISTER(packus_epi16)(x, y);
+#if defined(__AVX2__)
+    packed = _mm256_permute4x64_epi64(packed, 0xd8);
+#endif
+    return Vec<T>(packed);
+}
+
+// From (low 16 bytes of each half, high 16 bytes of each half) of 64 bytes to (first half, second half).
+inline void sortHalves([[maybe_unused]] Vec<Zel16s>& a, [[maybe_unused]] Vec<Zel16s>& b)
+{
+#if defined(__AVX2__)
+    const IntRegister x = IntRegister(a), y = IntRegister(b);
+    a = Vec<Zel16s>(_mm256_permute2x128_si256(x, y, 0x20));
+    b = Vec<Zel16s>(_mm256_permute2x128_si256(x, y, 0x31));
+#endif
+}
+
 // ---- rows
 
 // How mapRow reads a source: whatever has a pointer `from` and gives the vector of its elements from i on.
