@@ -39,7 +39,7 @@ inline ZelStatus pipelineBufferSize(WorkingArea area, ZeliSize roi, int kernelSi
 {
     if (!bufferSize) return zelStatusNullPointer;
     if (auto status = checkPipelineSize(roi, kernelSize)) return status;
-    *bufferSize = Wrapped(ownGetThreadCount()) * area.share<Wrapped>(roi.height, kernelSize);
+    *bufferSize = (Wrapped(ownGetThreadCount()) * area.share<Wrapped>(roi.height, kernelSize)).value();
     return zelStatusOk;
 }
 

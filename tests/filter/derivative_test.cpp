@@ -1,0 +1,334 @@
+// Sobel and Scharr filters with border, and the generated kernels, against their definition.
+#include "support/borders.h"
+#include "support/images.h"
+
+#include <algorithm>
+#include <cmath>
+#include <thread>
+
+using namespace zeltest;
+
+namespace {
+
+using TapList = std::vector<int>;
+
+// Stages, functions, and buffer sizes for 100 by 50 pixels: 3 by 3 with one thread, 5 by 5 (Scharr: 3 by 3) with four.
+struct Family {
+    const char* name;
+    TapList row3, column3, row5, column5;
+    ZelStatus (*size16s)(ZeliSize, ZeliMaskSize, int*);
+    ZelStatus (*size8s)(ZeliSize, ZeliMaskSize, int*);
+    ZelStatus (*size32f)(ZeliSize, ZeliMaskSize, int*);
+    ZelStatus (*filter16s)(const Zel8u*, int, Zel16s*, int, ZeliSize, ZeliMaskSize, ZeliBorderType, Zel8u, Zel8u*);
+    ZelStatus (*filter8s)(const Zel8u*, int, Zel8s*, int, ZeliSize, ZeliMaskSize, ZeliBorderType, Zel8u, int, Zel8u*);
+    ZelStatus (*filter32f)(const Zel32f*, int, Zel32f*, int, ZeliSize, ZeliMaskSize, ZeliBorderType, Zel32f, Zel8u*);
+    int bytes16s[2], bytes8s[2], bytes32f[2];
+};
+
+template <auto function>
+ZelStatus withoutMask(ZeliSize size, ZeliMaskSize, int* bytes)
+{
+    return function(size, bytes);
+}
+template <auto function, class S, class D, class... Rest>
+ZelStatus withoutMask(const S* src, int srcStep, D* dst, int dstStep, ZeliSize size, ZeliMaskSize, ZeliBorderType border,
+                      S value, Rest... rest)
+{
+    return function(src, srcStep, dst, dstStep, size, border, value, rest...);
+}
+
+#define SOBEL(name)                                                                                                   \
+    zeliFilter##name##GetBufferSize_8u16s_C1R, zeliFilter##name##GetBufferSize_8u8s_C1R,                              \
+        zeliFilter##name##GetBufferSize_32f_C1R, zeliFilter##name##Border_8u16s_C1R,                                  \
+        zeliFilter##name##Border_8u8s_C1R, zeliFilter##name##Border_32f_C1R
+#define SCHARR(name)                                                                                                  \
+    withoutMask<zeliFilter##name##GetBufferSize_8u16s_C1R>, withoutMask<zeliFilter##name##GetBufferSize_8u8s_C1R>,    \
+        withoutMask<zeliFilter##name##GetBufferSize_32f_C1R>, withoutMask<zeliFilter##name##Border_8u16s_C1R>,        \
+        withoutMask<zeliFilter##name##Border_8u8s_C1R>, withoutMask<zeliFilter##name##Border_32f_C1R>
+
+const Family kFamilies[] = {
+    {"SobelHoriz", {1, 2, 1}, {-1, 0, 1}, {1, 4, 6, 4, 1}, {-1, -2, 0, 2, 1}, SOBEL(SobelHoriz),
+     {6208, 41376}, {6112, 40992}, {10832, 66080}},
+    {"SobelVert", {1, 0, -1}, {1, 2, 1}, {1, 2, 0, -2, -1}, {1, 4, 6, 4, 1}, SOBEL(SobelVert),
+     {6144, 41120}, {6112, 40992}, {10832, 66080}},
+    {"SobelNegVert", {1, 0, -1}, {-1, -2, -1}, {1, 2, 0, -2, -1}, {-1, -4, -6, -4, -1}, SOBEL(SobelNegVert),
+     {6176, 41248}, {6112, 40992}, {10832, 66080}},
+    {"SobelHorizSecond", {1, 2, 1}, {1, -2, 1}, {1, 4, 6, 4, 1}, {1, 0, -2, 0, 1}, SOBEL(SobelHorizSecond),
+     {6176, 41248}, {6112, 40992}, {10832, 66080}},
+    {"SobelVertSecond", {1, -2, 1}, {1, 2, 1}, {1, 0, -2, 0, 1}, {1, 4, 6, 4, 1}, SOBEL(SobelVertSecond),
+     {6176, 41248}, {6112, 40992}, {10832, 66080}},
+    {"SobelCross", {1, 0, -1}, {-1, 0, 1}, {1, 2, 0, -2, -1}, {-1, -2, 0, 2, 1}, SOBEL(SobelCross),
+     {6176, 41248}, {6112, 40992}, {10832, 66080}},
+    {"ScharrHoriz", {3, 10, 3}, {-1, 0, 1}, {}, {}, SCHARR(ScharrHoriz),
+     {6112, 36448}, {6112, 36448}, {10832, 54368}},
+    {"ScharrVert", {-1, 0, 1}, {3, 10, 3}, {}, {}, SCHARR(ScharrVert),
+     {6176, 36704}, {6112, 36448}, {10832, 54368}},
+};
+
+// Pairs from the outside in, the centre last; a negating stage is 0 minus the sum of its positive taps.
+template <class Real, class At>
+Real weightedSum(const TapList& taps, const At& at)
+{
+    const int count = int(taps.size());
+    if (taps[0] < 0 && taps[0] == taps[std::size_t(count - 1)]) {
+        TapList positive = taps;
+        for (int& tap : positive) tap = -tap;
+        return Real(0) - weightedSum<Real>(positive, at);
+    }
+    Real sum = 0;
+    for (int i = 0; i <= count / 2; ++i) {
+        const int tap = taps[std::size_t(i)], mirror = taps[std::size_t(count - 1 - i)];
+        if (tap == 0) continue;
+        const Real a = at(i), b = at(count - 1 - i);
+        const Real pair = i == count / 2 ? a : tap == mirror ? a + b : tap > 0 ? a - b : b - a;
+        const Real weight = Real(tap == mirror ? tap : std::abs(tap));
+        sum = i == 0 ? pair * weight : sum + pair * weight;
+    }
+    return sum;
+}
+
+// What the filter must give at (x, y), in int for 8u sources and in float for 32f.
+template <class Real, class T>
+Real definition(const Image<T>& src, const TapList& row, const TapList& column, ZeliBorderType border, T value, int x, int y)
+{
+    if ((border & 15) == zeliBorderInMemory) border = 0xf0;
+    const int reach = int(row.size()) / 2, kind = border & 15;
+    const bool top = border & zeliBorderInMemoryTop, bottom = border & zeliBorderInMemoryBottom;
+    const bool left = border & zeliBorderInMemoryLeft, right = border & zeliBorderInMemoryRight;
+    return weightedSum<Real>(column, [&](int j) -> Real {
+        const int rowIndex = y - reach + j;
+        const int line = standIn(rowIndex, src.height(), kind, top, bottom, !top, !bottom);
+        if (line == kConstant) {
+            int sum = 0;
+            for (int tap : row) sum += tap;
+            return Real(value) * Real(sum);
+        }
+        return weightedSum<Real>(row, [&](int i) -> Real {
+            const int pixel = standIn(x - reach + i, src.width(), kind, left, right);
+            return Real(pixel == kConstant ? value : src.at(pixel, line));
+        });
+    });
+}
+
+struct Mask {
+    ZeliMaskSize code;
+    const TapList &row, &column;
+};
+std::vector<Mask> masks(const Family& family)
+{
+    std::vector<Mask> all = {{zeliMask3x3, family.row3, family.column3}};
+    if (!family.row5.empty()) all.push_back({zeliMask5x5, family.row5, family.column5});
+    return all;
+}
+
+// Runs one member of each type on a region and compares every pixel.
+void compareAll(const Family& family, const Mask& mask, ZeliSize size, ZeliBorderType border, Texture texture, unsigned seed)
+{
+    Random random(seed);
+    const std::string what = std::string(family.name) + " mask " + std::to_string(mask.code) + " border " + std::to_string(border);
+    int bytes = 0;
+
+    Image<Zel8u> src(random, size.width, size.height, texture, 2);
+    const Zel8u value = 255;
+    const auto sum = [&](int x, int y) { return definition<int>(src, mask.row, mask.column, border, value, x, y); };
+    {
+        Image<Zel16s> dst(random, size.width, size.height);
+        ASSERT_EQ(zelStatusOk, family.size16s(size, mask.code, &bytes));
+        Buffer buffer(random, bytes);
+        ASSERT_EQ(zelStatusOk, family.filter16s(src.data(), src.step(), dst.data(), dst.step(), size, mask.code, border,
+                                                value, buffer.data()));
+        dst.expect([&](int x, int y) { return Zel16s(sum(x, y)); }, what + " 8u16s");
+    }
+    {
+        const int divisors[] = {1, 3, -4, 100};
+        const int divisor = divisors[seed % 4];
+        Image<Zel8s> dst(random, size.width, size.height);
+        ASSERT_EQ(zelStatusOk, family.size8s(size, mask.code, &bytes));
+        Buffer buffer(random, bytes);
+        ASSERT_EQ(zelStatusOk, family.filter8s(src.data(), src.step(), dst.data(), dst.step(), size, mask.code, border,
+                                               value, divisor, buffer.data()));
+        dst.expect([&](int x, int y) {
+            const float scaled = float(sum(x, y)) * (1.0f / float(divisor));
+            return Zel8s(int(std::min(std::max(scaled, -128.0f), 127.0f)));
+        }, what + " 8u8s");
+    }
+    {
+        Image<Zel32f> floats(random, size.width, size.height, texture, 2);
+        Image<Zel32f> dst(random, size.width, size.height);
+        ASSERT_EQ(zelStatusOk, family.size32f(size, mask.code, &bytes));
+        Buffer buffer(random, bytes);
+        ASSERT_EQ(zelStatusOk, family.filter32f(floats.data(), floats.step(), dst.data(), dst.step(), size, mask.code,
+                                                border, 7.3f, buffer.data()));
+        dst.expect([&](int x, int y) {
+            return definition<float>(floats, mask.row, mask.column, border, 7.3f, x, y);
+        }, what + " 32f");
+    }
+    EXPECT_TRUE(src.untouched());
+}
+
+TEST(Derivative, EqualsDefinitionUnderEveryBorder)
+{
+    unsigned seed = 0;
+    for (const Family& family : kFamilies)
+        for (const Mask& mask : masks(family))
+            for (ZeliSize size : {ZeliSize{1, 1}, {2, 1}, {1, 2}, {3, 3}, {4, 6}, {5, 1}, {21, 4}, {35, 9}, {67, 3}})
+                for (ZeliBorderType kind : {0, 1, 2, 3, 4})
+                    for (ZeliBorderType flags : {0x00, 0x10, 0x20, 0x40, 0x80, 0xd0, 0x110, 0xf0, 6}) {
+                        const ZeliBorderType border = flags == 6 ? zeliBorderInMemory : kind | flags;
+                        const Texture texture = seed % 3 == 0 ? Texture::Extremes : Texture::Noise;
+                        compareAll(family, mask, size, border, texture, ++seed);
+                        if (HasFailure()) return;
+                    }
+}
+
+// 4 threads and more than 500 rows: both sides of the gate, and seams that all kinds must not show.
+TEST(Derivative, EqualsDefinitionOnManyThreads)
+{
+    for (const Family& family : kFamilies)
+        for (ZeliBorderType border : {zeliBorderConstant, zeliBorderWrap, zeliBorderReflect}) {
+            const Mask mask = masks(family).back();
+            for (ZeliSize size : {ZeliSize{256, 519}, ZeliSize{255, 300}}) {
+                if (family.name == std::string("SobelVert"))
+                    underAllThreadings([&] { compareAll(family, mask, size, border, Texture::Noise, 77); });
+                else {
+                    ThreadSetting setting(4);
+                    compareAll(family, mask, size, border, Texture::Noise, 78);
+                }
+            }
+        }
+}
+
+TEST(Derivative, ServesConcurrentCalls)
+{
+    std::vector<std::thread> callers;
+    for (unsigned i = 0; i < 4; ++i)
+        callers.emplace_back([i] {
+            const Family& family = kFamilies[i];
+            compareAll(family, masks(family)[0], {300, 290}, zeliBorderReplicate, Texture::Smooth, i);
+        });
+    for (auto& caller : callers) caller.join();
+}
+
+TEST(Derivative, TellsBufferSizes)
+{
+    for (const Family& family : kFamilies) {
+        const ZeliMaskSize last = masks(family).back().code;
+        const ZeliSize size = {100, 50};
+        for (const auto& [function, wanted] : {std::pair{family.size16s, family.bytes16s},
+                                               std::pair{family.size8s, family.bytes8s},
+                                               std::pair{family.size32f, family.bytes32f}}) {
+            int bytes = 0;
+            ThreadSetting one(1);
+            EXPECT_EQ(zelStatusOk, function(size, zeliMask3x3, &bytes));
+            EXPECT_EQ(wanted[0], bytes) << family.name;
+            ThreadSetting four(4);
+            EXPECT_EQ(zelStatusOk, function(size, last, &bytes));
+            EXPECT_EQ(wanted[1], bytes) << family.name;
+
+            EXPECT_EQ(zelStatusNullPointer, function({0, 0}, 7, nullptr));
+            EXPECT_EQ(zelStatusBadSize, function({0, 5}, 7, &bytes));
+            EXPECT_EQ(zelStatusBadSize, function({5, 0}, 7, &bytes));
+            if (!family.row5.empty()) {
+                EXPECT_EQ(zelStatusBadMaskSize, function(size, 35, &bytes));
+            }
+            EXPECT_EQ(wanted[1], bytes);
+        }
+    }
+}
+
+struct Arguments {
+    const void* src;
+    void* dst;
+    Zel8u* buffer;
+    int srcStep, dstStep, divisor;
+    ZeliSize size;
+    ZeliMaskSize mask;
+    ZeliBorderType border;
+};
+
+TEST(Derivative, ChecksInOrder)
+{
+    Random random(3);
+    Image<Zel32f> src(random, 32, 8), dst(random, 32, 8);
+    Zel8u buffer[64];
+    const int width = 20;
+    for (const Family& family : kFamilies) {
+        const auto check = [&](int srcBytes, int dstBytes, bool divides, const auto& call) {
+            using A = Arguments;
+            std::vector<Fault<A>> faults = {
+                {"null src", zelStatusNullPointer, [](A& f) { f.src = nullptr; }},
+                {"null dst", zelStatusNullPointer, [](A& f) { f.dst = nullptr; }},
+                {"null buffer", zelStatusNullPointer, [](A& f) { f.buffer = nullptr; }},
+                {"width 0", zelStatusBadSize, [](A& f) { f.size.width = 0; }},
+                {"height 0", zelStatusBadSize, [](A& f) { f.size.height = 0; }},
+                {"srcStep", zelStatusBadStep, [=](A& f) { f.srcStep = width * srcBytes - 1; }},
+                {"dstStep", zelStatusBadStep, [=](A& f) { f.dstStep = width * dstBytes - 1; }},
+            };
+            if (srcBytes > 1)
+                faults.push_back({"srcStep odd", zelStatusStepNotAligned, [=](A& f) { f.srcStep = width * srcBytes + 2; }});
+            if (dstBytes > 1)
+                faults.push_back({"dstStep odd", zelStatusStepNotAligned, [=](A& f) { f.dstStep = width * dstBytes + 1; }});
+            for (ZeliBorderType bad : {5, 7, 15, 0x15, 0x100, 0x8001, 0x1300})
+                faults.push_back({"border", zelStatusBadArgument, [=](A& f) { f.border = bad; }});
+            if (divides) faults.push_back({"divisor 0", zelStatusBadArgument, [](A& f) { f.divisor = 0; }});
+            if (!family.row5.empty())
+                for (ZeliMaskSize bad : {0, 3, 53})
+                    faults.push_back({"mask", zelStatusBadMaskSize, [=](A& f) { f.mask = bad; }});
+            expectCheckOrder(A{src.data(), dst.data(), buffer, width * srcBytes, width * dstBytes, 1, {width, 4},
+                               zeliMask3x3, zeliBorderReplicate}, faults, call);
+        };
+        check(1, 2, false, [&](const Arguments& f) {
+            return family.filter16s(static_cast<const Zel8u*>(f.src), f.srcStep, static_cast<Zel16s*>(f.dst), f.dstStep,
+                                    f.size, f.mask, f.border, 0, f.buffer);
+        });
+        check(1, 1, true, [&](const Arguments& f) {
+            return family.filter8s(static_cast<const Zel8u*>(f.src), f.srcStep, static_cast<Zel8s*>(f.dst), f.dstStep,
+                                   f.size, f.mask, f.border, 0, f.divisor, f.buffer);
+        });
+        check(4, 4, false, [&](const Arguments& f) {
+            return family.filter32f(static_cast<const Zel32f*>(f.src), f.srcStep, static_cast<Zel32f*>(f.dst), f.dstStep,
+                                    f.size, f.mask, f.border, 0, f.buffer);
+        });
+    }
+    EXPECT_TRUE(dst.untouched());
+}
+
+TEST(GenSobelKernel, GivesTheCoefficientsOfItsPolynomial)
+{
+    const auto coefficients = [](int size, int order, int sign) {
+        std::vector<double> taps = {double(sign < 0 ? -1 : 1)};
+        for (int factor = 0; factor < size - 1; ++factor) { // times (x + 1) or (x - 1)
+            std::vector<double> next(taps.size() + 1, 0.0);
+            for (std::size_t i = 0; i < taps.size(); ++i) {
+                next[i] += factor < order ? -taps[i] : taps[i];
+                next[i + 1] += taps[i];
+            }
+            taps = next;
+        }
+        return taps;
+    };
+    for (int size : {1, 3, 5, 9, 21, 35})
+        for (int order = 0; order < size; order += size > 9 ? 5 : 1)
+            for (int sign : {-3, 0, 1}) {
+                std::vector<Zel16s> integers(std::size_t(size) + 1, 99);
+                std::vector<Zel32f> floats(std::size_t(size) + 1, 99.0f);
+                EXPECT_EQ(zelStatusOk, zeliGenSobelKernel_16s(integers.data(), size, order, sign));
+                EXPECT_EQ(zelStatusOk, zeliGenSobelKernel_32f(floats.data(), size, order, sign));
+                const auto wanted = coefficients(size, order, sign);
+                for (std::size_t i = 0; i < wanted.size(); ++i) {
+                    EXPECT_EQ(Zel16s(std::int64_t(wanted[i])), integers[i]) << size << " order " << order; // wraps
+                    if (size < 25) {
+                        EXPECT_EQ(Zel32f(wanted[i]), floats[i]) << size << " order " << order;
+                    }
+                }
+                EXPECT_EQ(99, integers.back());
+                EXPECT_EQ(99.0f, floats.back());
+            }
+    Zel16s dst[4] = {5, 5, 5, 5};
+    EXPECT_EQ(zelStatusNullPointer, zeliGenSobelKernel_16s(nullptr, 2, 9, 1));
+    for (auto [size, order] : {std::pair{0, 0}, {-1, 0}, {2, 0}, {4, 1}, {3, -1}, {3, 3}})
+        EXPECT_EQ(zelStatusBadSize, zeliGenSobelKernel_16s(dst, size, order, 1)) << size << " " << order;
+    EXPECT_EQ(5, dst[0]);
+}
+
+} // namespace
