@@ -15,23 +15,15 @@
 #include <thread>
 #include <utility>
 
+#include <omp.h>
+
 #if defined(__linux__)
-#include <sched.h>
+#include <unistd.h>
 #endif
 
 namespace {
 
 constexpr Zel32s kFallbackCacheBytes = 1 << 20;
-
-// The processors that this process may run on; 1 at least.
-int allowedProcessors()
-{
-#if defined(__linux__)
-    cpu_set_t set;
-    if (sched_getaffinity(0, sizeof set, &set) == 0) return std::max(1, CPU_COUNT(&set));
-#endif
-    return std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
-}
 
 // OMP_NUM_THREADS is a positive number or a list of them, one for each nesting level: the first one counts here.
 int defaultThreads()
@@ -45,14 +37,12 @@ int defaultThreads()
         while (rest != end && (*rest == ' ' || *rest == '\t')) ++rest;
         if (parsed.ec == std::errc() && count >= 1 && (rest == end || *rest == ',')) return count;
     }
-    return allowedProcessors();
+    return std::max(1, omp_get_num_procs());
 }
 
-std::atomic<int>& threadSetting()
-{
-    static std::atomic<int> setting{defaultThreads()};
-    return setting;
-}
+// Read when the library is loaded: later the calling thread may be bound to a few of the processors. OpenMP binds even the
+// first thread before that when the environment asks for it, but still knows how many processors the process had.
+std::atomic<int> threadSetting{defaultThreads()};
 
 // Largest cache of the deterministic cache parameters: leaf 4, and its twin on processors that keep it elsewhere.
 uint64_t largestCache(unsigned leaf)
@@ -85,16 +75,23 @@ int topology(int cpu, const char* what)
     return file >> value ? value : -1;
 }
 
-// Distinct cores on the die that processor 0 belongs to. Where the system does not tell: all processors.
+// Distinct cores on the die that processor 0 belongs to. Where the system does not tell: all processors. A processor that is
+// switched off has no topology.
 int readCoresOnDie()
 {
+    const int all = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+    int configured = all;
+#if defined(__linux__)
+    configured = std::max(all, static_cast<int>(sysconf(_SC_NPROCESSORS_CONF)));
+#endif
     const int package = topology(0, "physical_package_id"), die = topology(0, "die_id");
     std::set<int> cores;
-    for (int cpu = 0; topology(cpu, "core_id") >= 0; ++cpu)
-        if (topology(cpu, "physical_package_id") == package && topology(cpu, "die_id") == die)
-            cores.insert(topology(cpu, "core_id"));
-    if (!cores.empty()) return static_cast<int>(cores.size());
-    return std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+    for (int cpu = 0; cpu < configured; ++cpu) {
+        const int core = topology(cpu, "core_id");
+        if (core >= 0 && topology(cpu, "physical_package_id") == package && topology(cpu, "die_id") == die)
+            cores.insert(core);
+    }
+    return cores.empty() ? all : static_cast<int>(cores.size());
 }
 
 } // namespace
@@ -102,20 +99,20 @@ int readCoresOnDie()
 ZelStatus zelGetNumThreads(Zel32s* count)
 {
     if (!count) return zelStatusNullPointer;
-    *count = threadSetting().load(std::memory_order_relaxed);
+    *count = threadSetting.load(std::memory_order_relaxed);
     return zelStatusOk;
 }
 
 ZelStatus zelSetNumThreads(Zel32s count)
 {
     if (count < 1) return zelStatusBadArgument;
-    threadSetting().store(count, std::memory_order_relaxed);
+    threadSetting.store(count, std::memory_order_relaxed);
     return zelStatusOk;
 }
 
 Zel32s ownGetNumThreads(void)
 {
-    return threadSetting().load(std::memory_order_relaxed);
+    return threadSetting.load(std::memory_order_relaxed);
 }
 
 ZelStatus zelGetMaxCacheSizeB(Zel32s* bytes)

@@ -6,6 +6,7 @@
 #include "scratch.h"
 
 #include <algorithm>
+#include <type_traits>
 
 namespace zelcv {
 
@@ -58,6 +59,7 @@ void forBands(ZeliSize roi, Gate gate, const Body& body)
 template <class Partial, class Body, class Fold>
 Partial reduceBands(ZeliSize roi, Gate gate, const Body& body, const Fold& fold)
 {
+    static_assert(std::is_trivially_destructible_v<Partial>);
     constexpr int kStackSlots = 32;
     Partial stackSlots[kStackSlots] = {};
     Partial* slots = stackSlots;

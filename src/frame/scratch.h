@@ -4,25 +4,24 @@
 #include "zelcv.h"
 
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <new>
 
 namespace zelcv {
 
-// Null for a count below 1 or when there is no memory. Counts are in elements.
-inline Zel8u* ownMalloc_8u(std::int64_t count) { return count < 1 ? nullptr : static_cast<Zel8u*>(zelMalloc(count)); }
-inline Zel32s* ownMalloc_32s(std::int64_t count)
+// `count` elements. Null for a count below 1, and when the memory is not to be had.
+template <class T>
+T* ownMalloc(std::int64_t count)
 {
-    return count < 1 ? nullptr : static_cast<Zel32s*>(zelMalloc(4 * std::uint64_t(count)));
+    if (count < 1 || count > std::numeric_limits<std::int64_t>::max() / std::int64_t(sizeof(T))) return nullptr;
+    return static_cast<T*>(zelMalloc(std::uint64_t(count) * sizeof(T)));
 }
-inline Zel32f* ownMalloc_32f(std::int64_t count)
-{
-    return count < 1 ? nullptr : static_cast<Zel32f*>(zelMalloc(4 * std::uint64_t(count)));
-}
-inline Zel64f* ownMalloc_64f(std::int64_t count)
-{
-    return count < 1 ? nullptr : static_cast<Zel64f*>(zelMalloc(8 * std::uint64_t(count)));
-}
+
+inline Zel8u* ownMalloc_8u(std::int64_t count) { return ownMalloc<Zel8u>(count); }
+inline Zel32s* ownMalloc_32s(std::int64_t count) { return ownMalloc<Zel32s>(count); }
+inline Zel32f* ownMalloc_32f(std::int64_t count) { return ownMalloc<Zel32f>(count); }
+inline Zel64f* ownMalloc_64f(std::int64_t count) { return ownMalloc<Zel64f>(count); }
 inline void ownFree(void* block) { zelFree(block); }
 
 struct OwnedBlockDeleter {

@@ -7,7 +7,9 @@ namespace {
 
 struct Segment {
     Zel64f* first;
-    Zel64f* last; // the last element itself
+    Zel64f* end; // behind the last element
+
+    std::ptrdiff_t length() const { return end - first; }
 };
 
 constexpr int kSelectionLength = 9;
@@ -15,11 +17,11 @@ constexpr int kSelectionLength = 9;
 // Moves the largest element to the end, again and again; of equal ones the leftmost.
 void selectionSort(Segment segment)
 {
-    for (Zel64f* end = segment.last; end > segment.first; --end) {
+    for (Zel64f* end = segment.end; end - segment.first > 1; --end) {
         Zel64f* largest = segment.first;
-        for (Zel64f* p = segment.first + 1; p <= end; ++p)
+        for (Zel64f* p = segment.first + 1; p < end; ++p)
             if (*p > *largest) largest = p;
-        std::swap(*largest, *end);
+        std::swap(*largest, *(end - 1));
     }
 }
 
@@ -33,28 +35,25 @@ void orderPair(Zel64f& a, Zel64f& b)
 void partition(Segment segment, Segment& lower, Segment& upper)
 {
     Zel64f* const first = segment.first;
-    Zel64f* const last = segment.last;
-    Zel64f* const middle = first + ((last - first + 1) >> 1);
+    Zel64f* const end = segment.end;
+    Zel64f* const middle = first + (segment.length() >> 1);
     orderPair(*first, *middle);
-    orderPair(*middle, *last);
+    orderPair(*middle, *(end - 1));
     orderPair(*first, *middle);
     const Zel64f pivot = *middle;
 
-    Zel64f* left = first + 1;
-    Zel64f* right = last;
+    Zel64f* left = first + 1; // all before it are not above the pivot
+    Zel64f* right = end;      // it and all behind it are above the pivot
     for (;;) {
-        while (left <= last && !(*left > pivot)) ++left;
-        while (right >= first && *right > pivot) --right;
-        if (left >= right) break;
-        std::swap(*left, *right);
+        while (left < right && !(*left > pivot)) ++left;
+        while (left < right && *(right - 1) > pivot) --right;
+        if (left == right) break;
+        std::swap(*left, *(right - 1));
     }
-    Zel64f* lowerEnd = left;   // behind the elements not above the pivot
-    Zel64f* upperStart = left;
-    while (lowerEnd > first && *(lowerEnd - 1) >= pivot) --lowerEnd;
-    while (upperStart <= last && *upperStart <= pivot) ++upperStart;
-    if (lowerEnd > last) --lowerEnd; // a NaN pivot alone gets here, and the segment must shrink all the same
-    lower = {first, lowerEnd - 1};
-    upper = {upperStart, last};
+    while (left > first && *(left - 1) >= pivot) --left;
+    if (left == end) --left; // a NaN got here, and the segment must shrink all the same
+    lower = {first, left};
+    upper = {right, end};
 }
 
 } // namespace
@@ -64,16 +63,16 @@ ZelStatus ownSort_64f(Zel64f* values, int len)
     if (auto status = checkRow(values, len)) return status;
     Segment stack[64];
     int depth = 1;
-    stack[0] = {values, values + (len - 1)};
+    stack[0] = {values, values + len};
     while (depth > 0) {
         const Segment segment = stack[--depth];
-        if (segment.last - segment.first < kSelectionLength) {
+        if (segment.length() <= kSelectionLength) {
             selectionSort(segment);
             continue;
         }
         Segment lower, upper;
         partition(segment, lower, upper);
-        const bool lowerIsLonger = lower.last - lower.first > upper.last - upper.first;
+        const bool lowerIsLonger = lower.length() > upper.length();
         stack[depth++] = lowerIsLonger ? lower : upper;
         stack[depth++] = lowerIsLonger ? upper : lower;
     }

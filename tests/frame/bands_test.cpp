@@ -1,0 +1,93 @@
+// Bands, teams and reductions: every row once, in the band that the cut gives it, whatever team comes out.
+#include "bands.h"
+#include "support/images.h"
+
+using namespace zelcv;
+using zeltest::ThreadSetting;
+
+namespace {
+
+constexpr Gate kOpen = Gate::area(1);
+constexpr int kAnyTeam = 0;
+
+TEST(Bands, CutGivesTheRestToTheLast)
+{
+    struct Case {
+        int height, count, index, first, last;
+    };
+    for (const Case& c : {Case{10, 4, 0, 0, 2}, Case{10, 4, 2, 4, 6}, Case{10, 4, 3, 6, 10}, Case{8, 4, 3, 6, 8},
+                          Case{3, 8, 0, 0, 0}, Case{3, 8, 7, 0, 3}, Case{5, 1, 0, 0, 5}}) {
+        const Band band = cutBand(c.height, c.count, c.index);
+        EXPECT_EQ(band.first, c.first) << c.height << " rows, band " << c.index << " of " << c.count;
+        EXPECT_EQ(band.last, c.last) << c.height << " rows, band " << c.index << " of " << c.count;
+    }
+}
+
+TEST(Bands, TeamFollowsTheGateTheSettingAndWhetherAForkIsAllowed)
+{
+    ThreadSetting setting(8);
+    const Gate gate = Gate::area(0x40000);
+    EXPECT_EQ(planTeam({511, 512}, gate), 1);
+    EXPECT_EQ(planTeam({512, 512}, gate), 8);
+    EXPECT_EQ(planTeam({3000, 1}, Gate::bandCountCapped()), 2);
+#pragma omp parallel num_threads(2)
+    {
+        EXPECT_EQ(planTeam({512, 512}, gate), 1);
+        omp_set_max_active_levels(2);
+        EXPECT_EQ(planTeam({512, 512}, gate), 8);
+        EXPECT_EQ(planTeam({512, 512}, Gate::bandCount()), 2);
+        omp_set_max_active_levels(1);
+    }
+#pragma omp parallel num_threads(1) // not active
+    EXPECT_EQ(planTeam({512, 512}, gate), 8);
+}
+
+// What one band saw; folding tells whether the bands came in order and without a gap.
+struct Seen {
+    int first, last, bands;
+    bool inOrder;
+};
+
+void expectEveryRowOnce(int height, int wantedTeam)
+{
+    SCOPED_TRACE(testing::Message() << height << " rows");
+    std::vector<int> visits(std::size_t(height), 0), owner(std::size_t(height), -1);
+    const auto seen = reduceBands<Seen>(
+        {1, height}, kOpen,
+        [&](Band band) {
+            for (int y = band.first; y < band.last; ++y) {
+                ++visits[std::size_t(y)];
+                owner[std::size_t(y)] = band.index;
+            }
+            return Seen{band.first, band.last, 1, true};
+        },
+        [](Seen a, Seen b) { return Seen{a.first, b.last, a.bands + b.bands, a.inOrder && b.inOrder && a.last == b.first}; });
+    EXPECT_TRUE(seen.inOrder);
+    EXPECT_EQ(seen.first, 0);
+    EXPECT_EQ(seen.last, height);
+    EXPECT_TRUE(seen.bands == wantedTeam || wantedTeam == kAnyTeam) << seen.bands << " bands";
+    for (int y = 0; y < height; ++y) {
+        EXPECT_EQ(visits[std::size_t(y)], 1) << "row " << y;
+        EXPECT_EQ(owner[std::size_t(y)], std::min(seen.bands - 1, height < seen.bands ? seen.bands : y / (height / seen.bands)));
+    }
+}
+
+TEST(Bands, CoverEveryRowOnceAndReduceInOrder)
+{
+    for (int threads : {1, 2, 3, 8, 32, 33, 70}) {
+        ThreadSetting setting(threads);
+        SCOPED_TRACE(testing::Message() << threads << " threads");
+        for (int height : {1, 7, 64, 1001}) {
+            expectEveryRowOnce(height, threads);
+#pragma omp parallel num_threads(2)
+            expectEveryRowOnce(height, 1);
+        }
+    }
+    // OpenMP may give fewer threads than were asked for.
+    ThreadSetting setting(60);
+    omp_set_dynamic(1);
+    expectEveryRowOnce(1000, kAnyTeam);
+    omp_set_dynamic(0);
+}
+
+} // namespace
