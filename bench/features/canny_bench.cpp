@@ -1,0 +1,72 @@
+#include "support/measure.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+using namespace zelbench;
+
+namespace {
+
+// A synthetic photograph: soft shading, discs and beams with sharp and soft rims, mild noise.
+std::vector<float> photograph(ZeliSize size)
+{
+    std::vector<float> picture(std::size_t(size.width) * std::size_t(size.height));
+    unsigned state = 12345;
+    const auto random = [&] { return float((state = state * 1664525u + 1013904223u) >> 8) / 16777216.f; };
+    struct Disc {
+        float x, y, radius, softness, level;
+    };
+    std::vector<Disc> discs(std::size_t(size.width) * std::size_t(size.height) / 10000);
+    for (Disc& disc : discs)
+        disc = {random() * float(size.width), random() * float(size.height), 8 + 60 * random() * random(),
+                1 + 9 * random() * random(), 100 * random() - 50};
+    const auto at = [&](int x, int y) -> float& { return picture[std::size_t(y) * std::size_t(size.width) + std::size_t(x)]; };
+    for (int y = 0; y < size.height; ++y)
+        for (int x = 0; x < size.width; ++x)
+            at(x, y) = 128 + 40 * std::sin(float(x) / 170) * std::cos(float(y) / 120) + 8 * (random() + random() - 1);
+    for (const Disc& disc : discs) {
+        const float reach = disc.radius + disc.softness;
+        for (int y = std::max(0, int(disc.y - reach)); y < std::min(size.height, int(disc.y + reach)); ++y)
+            for (int x = std::max(0, int(disc.x - reach)); x < std::min(size.width, int(disc.x + reach)); ++x) {
+                const float inside = (disc.radius - std::hypot(float(x) - disc.x, float(y) - disc.y)) / disc.softness;
+                at(x, y) += disc.level * std::clamp(inside + 0.5f, 0.f, 1.f);
+            }
+    }
+    for (float& value : picture) value = std::round(std::clamp(value, 0.f, 255.f));
+    return picture;
+}
+
+// Sobel 3x3 derivatives of the photograph, and its edges with thresholds that about one pixel in twelve exceeds.
+template <class T, class Function>
+Prepare edges(Function function)
+{
+    return [=](ZeliSize size) -> std::function<void()> {
+        const std::vector<float> picture = photograph(size);
+        Plane<T> dx(size), dy(size);
+        Plane<Zel8u> dst(size);
+        for (int y = 0; y < size.height; ++y)
+            for (int x = 0; x < size.width; ++x) {
+                const auto at = [&](int i, int j) {
+                    return picture[std::size_t(std::clamp(y + j, 0, size.height - 1)) * std::size_t(size.width) +
+                                   std::size_t(std::clamp(x + i, 0, size.width - 1))];
+                };
+                dx.row(y)[x] = T(at(1, -1) - at(-1, -1) + 2 * (at(1, 0) - at(-1, 0)) + at(1, 1) - at(-1, 1));
+                dy.row(y)[x] = T(at(-1, 1) - at(-1, -1) + 2 * (at(0, 1) - at(0, -1)) + at(1, 1) - at(1, -1));
+            }
+        int bytes = 0;
+        require(zeliCannyGetSize(size, &bytes));
+        const auto buffer = scratch(bytes);
+        return [=] {
+            require(function(dx.data(), dx.step(), dy.data(), dy.step(), dst.data(), dst.step(), size, 60, 140, buffer.get()));
+        };
+    };
+}
+
+const bool registered = [] {
+    measure("zeliCanny_16s8u_C1R", 5, edges<Zel16s>(zeliCanny_16s8u_C1R));
+    measure("zeliCanny_32f8u_C1R", 9, edges<Zel32f>(zeliCanny_32f8u_C1R));
+    return true;
+}();
+
+} // namespace
