@@ -11,17 +11,18 @@ namespace {
 // A synthetic photograph: soft shading, discs and beams with sharp and soft rims, mild noise.
 std::vector<float> photograph(ZeliSize size)
 {
-    std::vector<float> picture(std::size_t(size.width) * std::size_t(size.height));
+    const auto width = std::size_t(size.width), pixels = width * std::size_t(size.height);
+    std::vector<float> picture(pixels);
     unsigned state = 12345;
     const auto random = [&] { return float((state = state * 1664525u + 1013904223u) >> 8) / 16777216.f; };
     struct Disc {
         float x, y, radius, softness, level;
     };
-    std::vector<Disc> discs(std::size_t(size.width) * std::size_t(size.height) / 10000);
+    std::vector<Disc> discs(pixels / 3200);
     for (Disc& disc : discs)
         disc = {random() * float(size.width), random() * float(size.height), 8 + 60 * random() * random(),
-                1 + 9 * random() * random(), 100 * random() - 50};
-    const auto at = [&](int x, int y) -> float& { return picture[std::size_t(y) * std::size_t(size.width) + std::size_t(x)]; };
+                1 + 9 * random() * random(), 120 * random() - 60};
+    const auto at = [&](int x, int y) -> float& { return picture[std::size_t(y) * width + std::size_t(x)]; };
     for (int y = 0; y < size.height; ++y)
         for (int x = 0; x < size.width; ++x)
             at(x, y) = 128 + 40 * std::sin(float(x) / 170) * std::cos(float(y) / 120) + 8 * (random() + random() - 1);
@@ -37,7 +38,7 @@ std::vector<float> photograph(ZeliSize size)
     return picture;
 }
 
-// Sobel 3x3 derivatives of the photograph, and its edges with thresholds that about one pixel in twelve exceeds.
+// Sobel 3x3 derivatives of the photograph, and its edges. About one pixel in twelve exceeds the low threshold.
 template <class T, class Function>
 Prepare edges(Function function)
 {
@@ -58,7 +59,8 @@ Prepare edges(Function function)
         require(zeliCannyGetSize(size, &bytes));
         const auto buffer = scratch(bytes);
         return [=] {
-            require(function(dx.data(), dx.step(), dy.data(), dy.step(), dst.data(), dst.step(), size, 60, 140, buffer.get()));
+            require(function(dx.data(), dx.step(), dy.data(), dy.step(), dst.data(), dst.step(), size, 60, 140,
+                             buffer.get()));
         };
     };
 }

@@ -164,6 +164,106 @@ inline void sortHalves([[maybe_unused]] Vec<Zel16s>& a, [[maybe_unused]] Vec<Zel
 #endif
 }
 
+// ---- blocks that end early, absolute values, lanes as bits
+
+// Full blocks by one load; of the last block of a row the `count` elements that are left, then zeros.
+template <class T>
+Vec<T> loadUpTo(const T* from, int count)
+{
+    if (count >= kLanes<T>) return load(from);
+    Vec<T> v = {};
+    std::memcpy(&v, from, sizeof(T) * std::size_t(count));
+    return v;
+}
+
+inline Vec<Zel32f> loadFloats(const Zel32f* from, int count) { return loadUpTo(from, count); }
+
+inline Vec<Zel32f> loadFloats(const Zel16s* from, int count)
+{
+    typedef Zel16s Half __attribute__((vector_size(kVectorBytes / 2)));
+    Half half = {};
+    if (count >= kLanes<Zel32f>)
+        std::memcpy(&half, from, sizeof half);
+    else
+        std::memcpy(&half, from, sizeof(Zel16s) * std::size_t(count));
+    return __builtin_convertvector(half, Vec<Zel32f>);
+}
+
+inline Vec<Zel32f> absolute(Vec<Zel32f> v) { return Vec<Zel32f>(Vec<Zel32u>(v) & 0x7fffffffu); }
+
+inline Vec<Zel16s> negativeAbsolute(Vec<Zel16s> v)
+{
+    const IntRegister x = IntRegister(v);
+    return Vec<Zel16s>(ZELCV_REGISTER(min_epi16)(x, ZELCV_REGISTER(sub_epi16)(IntRegister{}, x)));
+}
+
+inline Vec<Zel16u> absolute(Vec<Zel16s> v) { return -Vec<Zel16u>(negativeAbsolute(v)); }
+
+// a - b, or 0 where that is negative.
+inline Vec<Zel16u> subtractSaturating(Vec<Zel16u> a, Vec<Zel16u> b)
+{
+    return Vec<Zel16u>(ZELCV_REGISTER(subs_epu16)(IntRegister(a), IntRegister(b)));
+}
+
+// Products in double precision, rounded to single.
+inline Vec<Zel32f> multiplyInDouble(Vec<Zel32f> v, double factor)
+{
+#if defined(__AVX2__)
+    const __m256d factors = _mm256_set1_pd(factor);
+    const auto half = [=](__m128 x) { return _mm256_cvtpd_ps(_mm256_mul_pd(_mm256_cvtps_pd(x), factors)); };
+    return Vec<Zel32f>(_mm256_set_m128(half(_mm256_extractf128_ps(v, 1)), half(_mm256_castps256_ps128(v))));
+#else
+    const __m128d factors = _mm_set1_pd(factor);
+    const auto half = [=](__m128 x) { return _mm_cvtpd_ps(_mm_mul_pd(_mm_cvtps_pd(x), factors)); };
+    return Vec<Zel32f>(_mm_movelh_ps(half(v), half(_mm_movehl_ps(v, v))));
+#endif
+}
+
+// A bit for each lane of a mask, the first lane's lowest.
+#if defined(__AVX2__)
+inline Zel32u laneBits(Vec<Zel16s> mask)
+{
+    const auto bits = Zel32u(_mm256_movemask_epi8(_mm256_packs_epi16(__m256i(mask), __m256i{})));
+    return (bits | bits >> 8) & 0xffff; // the packed halves come 16 bits apart
+}
+inline Zel32u laneBits(Vec<Zel32s> mask) { return Zel32u(_mm256_movemask_ps(__m256(mask))); }
+#else
+inline Zel32u laneBits(Vec<Zel16s> mask) { return Zel32u(_mm_movemask_epi8(_mm_packs_epi16(__m128i(mask), __m128i{}))); }
+inline Zel32u laneBits(Vec<Zel32s> mask) { return Zel32u(_mm_movemask_ps(__m128(mask))); }
+#endif
+
+// A bit for each of 32 elements that is not zero, the first element's lowest.
+inline Zel32u nonZeroBits(const Vec<Zel16u> (&blocks)[32 / kLanes<Zel16u>])
+{
+    Zel32u zeros = 0;
+    for (int i = 0; i < 32; i += kLanes<Zel8u>) {
+        const Vec<Zel16u>* pair = blocks + i / kLanes<Zel16u>;
+        const Vec<Zel8s> bytes = narrowInOrder<Zel8s>(Vec<Zel16s>(pair[0]), Vec<Zel16s>(pair[1])); // never to 0
+        zeros |= Zel32u(ZELCV_REGISTER(movemask_epi8)(ZELCV_REGISTER(cmpeq_epi8)(IntRegister(bytes), IntRegister{}))) << i;
+    }
+    return ~zeros;
+}
+inline Zel32u nonZeroBits(const Vec<Zel32f> (&blocks)[32 / kLanes<Zel32f>])
+{
+    Zel32u bits = 0;
+    for (int i = 0; i < 32; i += kLanes<Zel32f>) bits |= laneBits(blocks[i / kLanes<Zel32f>] != 0) << i;
+    return bits;
+}
+
+// 255 for each bit that is set, the lowest first, 0 for the others.
+inline Vec<Zel8u> bytesFromBits(Zel32u bits)
+{
+    const IntRegister ownBit = IntRegister(splat(std::uint64_t(0x8040201008040201)));
+#if defined(__AVX2__)
+    const IntRegister byteOf = _mm256_set_epi64x(0x0303030303030303, 0x0202020202020202, 0x0101010101010101, 0);
+    const IntRegister spread = _mm256_shuffle_epi8(_mm256_set1_epi32(int(bits)), byteOf);
+#else
+    const __m128i twice = _mm_cvtsi32_si128(int(bits)), pairs = _mm_unpacklo_epi8(twice, twice);
+    const __m128i spread = _mm_shuffle_epi32(_mm_shufflelo_epi16(pairs, _MM_SHUFFLE(1, 1, 0, 0)), _MM_SHUFFLE(1, 1, 0, 0));
+#endif
+    return Vec<Zel8u>(ZELCV_REGISTER(cmpeq_epi8)(ZELCV_WHOLE(and)(spread, ownBit), ownBit));
+}
+
 // ---- rows
 
 // How mapRow reads a source: whatever has a pointer `from` and gives the vector of its elements from i on.
