@@ -99,7 +99,7 @@ public:
     IntegerSums(const Zel16s* kernel, int taps) : kernel_(kernel), taps_(taps)
     {
         if constexpr (N > 0)
-            for (int j = 0; j < N; j += 2) pairs_[j / 2] = load(j);
+            for (int j = 0; j < N; j += 2) pairs_[j / 2] = j + 1 < N ? loadPair(j) : loadSingle(j);
     }
 
     template <class Source>
@@ -108,11 +108,11 @@ public:
         const int taps = N > 0 ? N : taps_;
         Block<Zel32u> sums = {};
         for (int j = 0; j < taps - 1; j += 2)
-            addPair(sums, [&](int at) { return zelcv::load(source.tap(j) + i + at); },
-                    [&](int at) { return zelcv::load(source.tap(j + 1) + i + at); }, pair(j));
+            addPair(sums, [&](int at) { return load(source.tap(j) + i + at); },
+                    [&](int at) { return load(source.tap(j + 1) + i + at); }, N > 0 ? pairs_[j / 2] : loadPair(j));
         if (taps % 2 != 0)
-            addPair(sums, [&](int at) { return zelcv::load(source.tap(taps - 1) + i + at); }, [](int) { return Vec<S>{}; },
-                    pair(taps - 1));
+            addPair(sums, [&](int at) { return load(source.tap(taps - 1) + i + at); }, [](int) { return Vec<S>{}; },
+                    N > 0 ? pairs_[taps / 2] : loadSingle(taps - 1));
         return sums;
     }
 
@@ -123,18 +123,12 @@ public:
     }
 
 private:
-    Vec<Zel16s> load(int j) const
+    Vec<Zel16s> loadPair(int j) const { return splatPair(kernel_ + j); }
+    Vec<Zel16s> loadSingle(int j) const
     {
-        Zel16s both[2] = {};
-        std::memcpy(both, kernel_ + j, j + 1 < taps_ ? sizeof both : sizeof(Zel16s));
-        return splatPair(both);
-    }
-    Vec<Zel16s> pair(int j) const
-    {
-        if constexpr (N > 0)
-            return pairs_[j / 2];
-        else
-            return load(j);
+        Zel16u tap;
+        std::memcpy(&tap, kernel_ + j, sizeof tap);
+        return Vec<Zel16s>(splat(Zel32u(tap)));
     }
 
     template <class First, class Second>
@@ -171,7 +165,7 @@ public:
     FloatSums(const Zel32f* kernel, int taps) : kernel_(kernel), taps_(taps)
     {
         if constexpr (N > 0)
-            for (int j = 0; j < N; ++j) splats_[j] = load(j);
+            for (int j = 0; j < N; ++j) splats_[j] = loadTap(j);
     }
 
     template <class Source>
@@ -181,15 +175,15 @@ public:
         Block<Zel32f> sums = {};
         for (int j = 0; j < taps; ++j) {
             const S* from = source.tap(j) + i;
-            const Vec<Zel32f> factor = tap(j);
+            const Vec<Zel32f> factor = N > 0 ? splats_[j] : loadTap(j);
             if constexpr (std::is_same_v<S, Zel16s>) {
                 for (int h = 0; h < 2; ++h) {
-                    const Vec<Zel16s> a = zelcv::load(from + h * kLanes<Zel16s>), zero = {};
+                    const Vec<Zel16s> a = load(from + h * kLanes<Zel16s>), zero = {};
                     sums.part[2 * h] += toFloat(Vec<Zel32s>(interleaveLow(zero, a))) * factor;
                     sums.part[2 * h + 1] += toFloat(Vec<Zel32s>(interleaveHigh(zero, a))) * factor;
                 }
             } else {
-                for (int p = 0; p < 4; ++p) sums.part[p] += zelcv::load(from + p * kLanes<S>) * factor;
+                for (int p = 0; p < 4; ++p) sums.part[p] += load(from + p * kLanes<S>) * factor;
             }
         }
         return sums;
@@ -198,18 +192,11 @@ public:
     static void arrange(Vec<Zel16s>&, Vec<Zel16s>&) {}
 
 private:
-    Vec<Zel32f> load(int j) const
+    Vec<Zel32f> loadTap(int j) const
     {
         Zel32f value;
         std::memcpy(&value, kernel_ + j, sizeof value);
         return splat(value);
-    }
-    Vec<Zel32f> tap(int j) const
-    {
-        if constexpr (N > 0)
-            return splats_[j];
-        else
-            return load(j);
     }
 
     const Zel32f* kernel_;
