@@ -24,6 +24,7 @@ constexpr int kLanes = kVectorBytes / int(sizeof(T));
 template <class T>
 struct VecOf {
     typedef T type __attribute__((vector_size(kVectorBytes)));
+    typedef T InMemory __attribute__((vector_size(kVectorBytes), aligned(1), may_alias));
 };
 template <class T>
 using Vec = typename VecOf<T>::type;
@@ -43,15 +44,13 @@ using IntRegister = __m128i;
 template <class T>
 Vec<T> load(const T* from)
 {
-    Vec<T> v;
-    std::memcpy(&v, from, sizeof v);
-    return v;
+    return *reinterpret_cast<const typename VecOf<T>::InMemory*>(from);
 }
 
 template <class T>
 void store(T* to, Vec<T> v)
 {
-    std::memcpy(to, &v, sizeof v);
+    *reinterpret_cast<typename VecOf<T>::InMemory*>(to) = v;
 }
 
 // The first `count` lanes.
@@ -170,9 +169,11 @@ inline void sortHalves([[maybe_unused]] Vec<Zel16s>& a, [[maybe_unused]] Vec<Zel
 template <class T>
 Vec<T> loadUpTo(const T* from, int count)
 {
-    if (count >= kLanes<T>) return load(from);
     Vec<T> v = {};
-    std::memcpy(&v, from, sizeof(T) * std::size_t(count));
+    if (count >= kLanes<T>)
+        v = load(from);
+    else
+        std::memcpy(&v, from, sizeof(T) * std::size_t(count));
     return v;
 }
 
