@@ -328,7 +328,7 @@ using TapCount = std::integral_constant<int, N>;
 
 // Calls run(TapCount<N>) with the kernel size where there are kernels of their own for it, and with 0 otherwise.
 template <class Run>
-auto withTapCount(int kernelSize, const Run& run)
+void withTapCount(int kernelSize, const Run& run)
 {
     switch (kernelSize) {
     case 3: return run(TapCount<3>{});
