@@ -41,7 +41,7 @@ struct ColumnCall {
     [[gnu::noinline]] void filterRows(Band band, const Sums& sums, Finish finish) const
     {
         for (int y = band.first; y < band.last; ++y)
-            filterLine(AcrossRows<S>{srcRows + y}, dst.row(y), elements(), sums, finish);
+            filterLine(AcrossRows<S>{srcRows + y}, dst.row(y), elements(), false, sums, finish);
     }
 
     template <class Finish>

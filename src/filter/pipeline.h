@@ -306,14 +306,16 @@ void storeBlock(T* dst, const Block<T>& block)
     for (int p = 0; p < int(sizeof(T)); ++p) store(dst + p * kLanes<T>, block.part[p]);
 }
 
-// dst may be one of the rows of the source: no element is read after it was written.
+// dst may be one of the rows of the source: no element is read after it was written. `readable` tells that a whole block may be
+// read from every tap on also when count is less.
 template <class Source, class Sums, class Finish>
-[[gnu::noinline]] void filterLine(Source source, typename Finish::Out* dst, int count, const Sums& sharedSums, Finish finish)
+[[gnu::noinline]] void filterLine(Source source, typename Finish::Out* dst, int count, bool readable, const Sums& sharedSums,
+                                  Finish finish)
 {
     const Sums sums = sharedSums; // a copy that no store can change
     if (count < kBlock) {
         PaddedSource<Source> padded(source, count);
-        const auto block = finish.template finish<Sums>(sums(padded, 0));
+        const auto block = finish.template finish<Sums>(readable ? sums(source, 0) : sums(padded, 0));
         std::memcpy(dst, &block, sizeof(*dst) * std::size_t(count));
         return;
     }

@@ -61,10 +61,10 @@ struct RowCall {
     template <class Sums, class Finish>
     [[gnu::noinline]] void filterRows(Band band, Carver scratch, const Sums& sums, Finish finish) const
     {
-        ExtendedRow<S, Channels> extended(roi.width, kernelSize, xAnchor, borderType, borderValue, scratch);
+        ExtendedRow<S, Channels> extended(roi.width, kernelSize, xAnchor, borderType, borderValue, scratch, kBlock);
         for (int y = band.first; y < band.last && dstRows[y]; ++y)
             extended.apply(src.row(y), dstRows[y], [&](const S* from, D* to, int count) {
-                filterLine(AlongRow<S, Channels>{from}, to, count, sums, finish);
+                filterLine(AlongRow<S, Channels>{from}, to, count, extended.isCopy(from), sums, finish);
             });
     }
 
