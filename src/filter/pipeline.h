@@ -1,7 +1,7 @@
 // What the two halves of a separable filter share: scratch sizes, the sums over taps, and what becomes of a sum.
 //
-// Both halves are one computation, dst[i] = f(sum over j of kernel[j] * tap(j)[i]): in the row half tap(j) is the row itself, j
-// pixels on, in the column half it is row j of a list. A block of kBlock elements is computed at a time.
+// Both halves are one computation, dst[i] = f(sum over j of kernel[j] * tap(j)[i]): in the row half tap(j) is the row itself,
+// j pixels on, in the column half it is row j of a list. A block of kBlock elements is computed at a time.
 #pragma once
 
 #include "machine.h"
@@ -306,8 +306,8 @@ void storeBlock(T* dst, const Block<T>& block)
     for (int p = 0; p < int(sizeof(T)); ++p) store(dst + p * kLanes<T>, block.part[p]);
 }
 
-// dst may be one of the rows of the source: no element is read after it was written. `readable` tells that a whole block may be
-// read from every tap on also when count is less.
+// dst may be one of the rows of the source: no element is read after it was written. `readable` tells that a whole block may
+// be read from every tap on also when count is less.
 template <class Source, class Sums, class Finish>
 [[gnu::noinline]] void filterLine(Source source, typename Finish::Out* dst, int count, bool readable, const Sums& sharedSums,
                                   Finish finish)

@@ -38,8 +38,8 @@ template <class T, int Channels>
 class ExtendedRow {
 public:
     // `anchor` is the tap on the output pixel; `border` a kind, with the InMemory flags for left and right; `value` points to
-    // one element a channel and is read for zeliBorderConstant only. Takes (taps - 1) 32-bit numbers, 3 * (taps - 1) pixels of
-    // T, and `slack` elements that a filter may read behind either copy, from `scratch`.
+    // one element a channel and is read for zeliBorderConstant only. Takes (taps - 1) 32-bit numbers, 3 * (taps - 1) pixels
+    // of T, and `slack` elements that a filter may read behind either copy, from `scratch`.
     ExtendedRow(int width, int taps, int anchor, ZeliBorderType border, const T* value, Carver& scratch, int slack = 0)
         : width_(width), left_(anchor), right_(taps - 1 - anchor), inner_(std::min(width, taps - 1)), wide_(width >= taps)
     {
