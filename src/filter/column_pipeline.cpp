@@ -38,10 +38,20 @@ struct ColumnCall {
     }
 
     template <class Sums, class Finish>
-    void filterBand(Band band, const Sums& sums, Finish finish) const
+    [[gnu::noinline]] void filterRows(Band band, const Sums& sums, Finish finish) const
     {
         for (int y = band.first; y < band.last; ++y)
-            filterLine(AcrossRows<S>{srcRows + y}, dst.row(y), elements(), sums, finish);
+            filterLine(AcrossRows<S>{srcRows + y}, dst.row(y), elements(), false, sums, finish);
+    }
+
+    template <class Finish>
+    void filterByIntegers(Finish finish) const
+    {
+        forBands(roi, Gate::pipeline(kernelSize), [&](Band band) {
+            withTapCount(kernelSize, [&](auto taps) {
+                filterRows(band, IntegerSums<S, taps>(kernel, kernelSize), finish);
+            });
+        });
     }
 };
 
@@ -50,16 +60,15 @@ ZelStatus filterClipped(const ColumnCall<Zel16s, D, Zel16s>& call, int divisor)
 {
     if (auto status = call.check(divisor)) return status;
     const Scaled<D> finish{1.0f / Zel32f(divisor)};
-    const bool exact = integerSumsAreExact(call.kernel, call.kernelSize);
-    withTapCount(call.kernelSize, [&](auto taps) {
-        forBands(call.roi, Gate::pipeline(call.kernelSize), [&](Band band) {
-            if (exact) {
-                call.filterBand(band, IntegerSums<Zel16s, taps>(call.kernel, call.kernelSize), finish);
-                return;
-            }
-            Carver scratch = threadScratch(kClippedArea, call.roi, call.kernelSize, call.buffer, band.index);
-            const Zel32f* kernel = floatTaps(call.kernel, call.kernelSize, 1.0f, scratch);
-            call.filterBand(band, FloatSums<Zel16s, taps>(kernel, call.kernelSize), finish);
+    if (integerSumsAreExact(call.kernel, call.kernelSize)) {
+        call.filterByIntegers(finish);
+        return zelStatusOk;
+    }
+    forBands(call.roi, Gate::pipeline(call.kernelSize), [&](Band band) {
+        Carver scratch = threadScratch(kClippedArea, call.roi, call.kernelSize, call.buffer, band.index);
+        const Zel32f* kernel = floatTaps(call.kernel, call.kernelSize, 1.0f, scratch);
+        withTapCount(call.kernelSize, [&](auto taps) {
+            call.filterRows(band, FloatSums<Zel16s, taps>(kernel, call.kernelSize), finish);
         });
     });
     return zelStatusOk;
@@ -68,22 +77,16 @@ ZelStatus filterClipped(const ColumnCall<Zel16s, D, Zel16s>& call, int divisor)
 ZelStatus filterLow(const ColumnCall<Zel16s, Zel16s, Zel16s>& call, int divisor)
 {
     if (auto status = call.check(divisor)) return status;
-    const LowScaled finish{1.0f / Zel32f(divisor)};
-    withTapCount(call.kernelSize, [&](auto taps) {
-        forBands(call.roi, Gate::pipeline(call.kernelSize), [&](Band band) {
-            call.filterBand(band, IntegerSums<Zel16s, taps>(call.kernel, call.kernelSize), finish);
-        });
-    });
+    call.filterByIntegers(LowScaled{1.0f / Zel32f(divisor)});
     return zelStatusOk;
 }
 
 ZelStatus filterFloat(const ColumnCall<Zel32f, Zel32f, Zel32f>& call)
 {
     if (auto status = call.check(1)) return status;
+    const Band all = cutBand(call.roi.height, 1, 0);
     withTapCount(call.kernelSize, [&](auto taps) {
-        forBands(call.roi, Gate::serial(), [&](Band band) {
-            call.filterBand(band, FloatSums<Zel32f, taps>(call.kernel, call.kernelSize), AsIs{});
-        });
+        call.filterRows(all, FloatSums<Zel32f, taps>(call.kernel, call.kernelSize), AsIs{});
     });
     return zelStatusOk;
 }

@@ -1,7 +1,7 @@
 // What the two halves of a separable filter share: scratch sizes, the sums over taps, and what becomes of a sum.
 //
-// Both halves are one computation, dst[i] = f(sum over j of kernel[j] * tap(j)[i]): in the row half tap(j) is the row itself, j
-// pixels on, in the column half it is row j of a list. A block of kBlock elements is computed at a time.
+// Both halves are one computation, dst[i] = f(sum over j of kernel[j] * tap(j)[i]): in the row half tap(j) is the row itself,
+// j pixels on, in the column half it is row j of a list. A block of kBlock elements is computed at a time.
 #pragma once
 
 #include "machine.h"
@@ -306,14 +306,16 @@ void storeBlock(T* dst, const Block<T>& block)
     for (int p = 0; p < int(sizeof(T)); ++p) store(dst + p * kLanes<T>, block.part[p]);
 }
 
-// dst may be one of the rows of the source: no element is read after it was written.
+// dst may be one of the rows of the source: no element is read after it was written. `readable` tells that a whole block may
+// be read from every tap on also when count is less.
 template <class Source, class Sums, class Finish>
-[[gnu::noinline]] void filterLine(Source source, typename Finish::Out* dst, int count, const Sums& sharedSums, Finish finish)
+[[gnu::noinline]] void filterLine(Source source, typename Finish::Out* dst, int count, bool readable, const Sums& sharedSums,
+                                  Finish finish)
 {
     const Sums sums = sharedSums; // a copy that no store can change
     if (count < kBlock) {
         PaddedSource<Source> padded(source, count);
-        const auto block = finish.template finish<Sums>(sums(padded, 0));
+        const auto block = finish.template finish<Sums>(readable ? sums(source, 0) : sums(padded, 0));
         std::memcpy(dst, &block, sizeof(*dst) * std::size_t(count));
         return;
     }
@@ -328,7 +330,7 @@ using TapCount = std::integral_constant<int, N>;
 
 // Calls run(TapCount<N>) with the kernel size where there are kernels of their own for it, and with 0 otherwise.
 template <class Run>
-auto withTapCount(int kernelSize, const Run& run)
+void withTapCount(int kernelSize, const Run& run)
 {
     switch (kernelSize) {
     case 3: return run(TapCount<3>{});

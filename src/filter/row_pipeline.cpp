@@ -13,6 +13,8 @@
 #include "checks.h"
 #include "pipeline.h"
 
+#include <bit>
+
 using namespace zelcv;
 
 namespace {
@@ -45,38 +47,45 @@ struct RowCall {
         return divisor == 0 ? zelStatusBadArgument : zelStatusOk;
     }
 
-    // `makeSums(scratch)` prepares the sums of one band. A band ends at a null row.
-    template <class MakeSums, class Finish>
-    ZelStatus filter(Gate gate, const MakeSums& makeSums, Finish finish) const
+    // Runs filterBand(band, scratch) for all bands.
+    template <class FilterBand>
+    ZelStatus filter(Gate gate, const FilterBand& filterBand) const
     {
         forBands(roi, gate, [&](Band band) {
-            Carver scratch = threadScratch(area, roi, kernelSize, buffer, band.index);
-            const auto sums = makeSums(scratch);
-            ExtendedRow<S, Channels> extended(roi.width, kernelSize, xAnchor, borderType, borderValue, scratch);
-            for (int y = band.first; y < band.last && dstRows[y]; ++y)
-                extended.apply(src.row(y), dstRows[y], [&](const S* from, D* to, int count) {
-                    filterLine(AlongRow<S, Channels>{from}, to, count, sums, finish);
-                });
+            filterBand(band, threadScratch(area, roi, kernelSize, buffer, band.index));
         });
         return std::find(dstRows, dstRows + roi.height, nullptr) != dstRows + roi.height ? zelStatusNullPointer : zelStatusOk;
+    }
+
+    // A band ends at a null row.
+    template <class Sums, class Finish>
+    [[gnu::noinline]] void filterRows(Band band, Carver scratch, const Sums& sums, Finish finish) const
+    {
+        ExtendedRow<S, Channels> extended(roi.width, kernelSize, xAnchor, borderType, borderValue, scratch, kBlock);
+        for (int y = band.first; y < band.last && dstRows[y]; ++y)
+            extended.apply(src.row(y), dstRows[y], [&](const S* from, D* to, int count) {
+                filterLine(AlongRow<S, Channels>{from}, to, count, extended.isCopy(from), sums, finish);
+            });
     }
 
     template <class Finish>
     ZelStatus filterByIntegers(Gate gate, Finish finish) const
     {
-        return withTapCount(kernelSize, [&](auto taps) {
-            return filter(gate, [&](Carver&) { return IntegerSums<S, taps>(kernel, kernelSize); }, finish);
+        return filter(gate, [&](Band band, Carver scratch) {
+            withTapCount(kernelSize, [&](auto taps) {
+                filterRows(band, scratch, IntegerSums<S, taps>(kernel, kernelSize), finish);
+            });
         });
     }
 
     // The single-precision sum of taps that are multiplied by `tapScale` before, and the clipped sum by `factor` after.
     ZelStatus filterByFloats(Gate gate, Zel32f tapScale, Zel32f factor) const
     {
-        return withTapCount(kernelSize, [&](auto taps) {
-            const auto sums = [&](Carver& scratch) {
-                return FloatSums<S, taps>(floatTaps(kernel, kernelSize, tapScale, scratch), kernelSize);
-            };
-            return filter(gate, sums, Scaled<D>{factor});
+        return filter(gate, [&](Band band, Carver scratch) {
+            const Zel32f* values = floatTaps(kernel, kernelSize, tapScale, scratch);
+            withTapCount(kernelSize, [&](auto taps) {
+                filterRows(band, scratch, FloatSums<S, taps>(values, kernelSize), Scaled<D>{factor});
+            });
         });
     }
 };
@@ -94,7 +103,7 @@ ZelStatus filter_16s(const RowCall<Zel16s, Zel16s, Zel16s, Channels>& call, int 
     if (auto status = call.check(divisor)) return status;
     const int taps = call.kernelSize;
     const bool scalesSum = taps == 3 || taps == 5, integer = Channels == 3 && !scalesSum;
-    const bool exactTaps = (std::abs(std::int64_t(divisor)) & (std::abs(std::int64_t(divisor)) - 1)) == 0;
+    const bool exactTaps = std::has_single_bit(divisor < 0 ? 0u - Zel32u(divisor) : Zel32u(divisor));
     const Gate gate = Channels == 1 && taps <= 3 ? Gate::serial() : Gate::pipeline();
     const Zel32f recip = 1.0f / Zel32f(divisor);
     if (integer || (integerSumsAreExact(call.kernel, taps) && (scalesSum || exactTaps)))
@@ -116,8 +125,10 @@ ZelStatus filter_32f(const RowCall<Zel32f, Zel32f, Zel32f, Channels>& call)
 {
     if (auto status = call.check(1)) return status;
     const Gate gate = Channels == 1 ? Gate::pipeline(call.kernelSize) : Gate::pipeline();
-    return withTapCount(call.kernelSize, [&](auto taps) {
-        return call.filter(gate, [&](Carver&) { return FloatSums<Zel32f, taps>(call.kernel, call.kernelSize); }, AsIs{});
+    return call.filter(gate, [&](Band band, Carver scratch) {
+        withTapCount(call.kernelSize, [&](auto taps) {
+            call.filterRows(band, scratch, FloatSums<Zel32f, taps>(call.kernel, call.kernelSize), AsIs{});
+        });
     });
 }
 

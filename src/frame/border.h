@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <limits>
 
 namespace zelcv {
@@ -37,14 +38,15 @@ template <class T, int Channels>
 class ExtendedRow {
 public:
     // `anchor` is the tap on the output pixel; `border` a kind, with the InMemory flags for left and right; `value` points to
-    // one element a channel and is read for zeliBorderConstant only. Takes 3 * (taps - 1) pixels of T and (taps - 1) 32-bit
-    // numbers from `scratch`.
-    ExtendedRow(int width, int taps, int anchor, ZeliBorderType border, const T* value, Carver& scratch)
+    // one element a channel and is read for zeliBorderConstant only. Takes (taps - 1) 32-bit numbers, 3 * (taps - 1) pixels
+    // of T, and `slack` elements that a filter may read behind either copy, from `scratch`.
+    ExtendedRow(int width, int taps, int anchor, ZeliBorderType border, const T* value, Carver& scratch, int slack = 0)
         : width_(width), left_(anchor), right_(taps - 1 - anchor), inner_(std::min(width, taps - 1)), wide_(width >= taps)
     {
         source_ = scratch.take<int>(left_ + right_);
         head_ = scratch.take<T>(std::int64_t(Channels) * (left_ + inner_ + (wide_ ? 0 : right_)));
         tail_ = wide_ ? scratch.take<T>(std::int64_t(Channels) * (inner_ + right_)) : head_ + Channels * left_;
+        scratch.take<T>(slack);
 
         const int kind = border & kBorderKindMask;
         const auto locate = [&](int i, bool inMemory) { return inMemory ? i : borderIndex(i, width, kind); };
@@ -69,10 +71,13 @@ public:
         if (right_ > 0) filter(tail_, dst + Channels * (width_ - right_), Channels * right_);
     }
 
+    // Whether a stretch reads one of the copies and not the row itself.
+    bool isCopy(const T* src) const { return src == head_ || src == tail_; }
+
 private:
     static void copyPixels(T* dst, const T* src, int pixels)
     {
-        for (int i = 0; i < Channels * pixels; ++i) dst[i] = src[i];
+        for (int i = 0; i < Channels * pixels; ++i) std::memcpy(dst + i, src + i, sizeof(T)); // the row may stand anywhere
     }
 
     // Where border pixel `i` stands, counted from the left through both borders.
