@@ -1,0 +1,34 @@
+// The commands of the program. Each adds its subcommand, with its options and what is to be done.
+#pragma once
+
+#include "display.h"
+#include "files.h"
+#include "operations.h"
+#include "scene.h"
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+
+namespace app {
+
+void addEdgesCommand(CLI::App& program);
+void addGradientCommand(CLI::App& program);
+void addDiffCommand(CLI::App& program);
+void addFilterCommand(CLI::App& program);
+void addInfoCommand(CLI::App& program);
+void addGalleryCommand(CLI::App& program);
+
+// What most commands take: a picture, or none for the program's own scene, and the file to write.
+struct InputAndOutput {
+    std::string picture, out;
+
+    void addTo(CLI::App& command)
+    {
+        command.add_option("PICTURE", picture, "A PNG or JPEG file; without it the program draws a scene of its own");
+        command.add_option("-o,--output", out, "The PNG file to write")->required()->type_name("FILE");
+    }
+    Picture read() const { return picture.empty() ? drawScene() : readPicture(picture); }
+};
+
+} // namespace app

@@ -1,0 +1,84 @@
+#include "display.h"
+
+namespace app {
+
+namespace {
+
+// Makes a picture pixel by pixel; `pixel` writes the channels of one.
+template <class F>
+Picture drawn(ZeliSize size, int channels, F pixel)
+{
+    Picture dst(size, channels);
+    for (int y = 0; y < size.height; ++y)
+        for (int x = 0; x < size.width; ++x) pixel(x, y, dst.row(y) + x * channels);
+    return dst;
+}
+
+} // namespace
+
+Picture toGray(const Picture& src)
+{
+    if (src.channels() == 1) return cut(src, {0, 0, src.size().width, src.size().height});
+    return drawn(src.size(), 1, [&](int x, int y, Zel8u* dst) {
+        const Zel8u* p = src.row(y) + 3 * x;
+        *dst = Zel8u((77 * p[0] + 150 * p[1] + 29 * p[2] + 128) >> 8); // the usual weights of red, green and blue in 1/256
+    });
+}
+
+Picture toColour(const Picture& src)
+{
+    return drawn(src.size(), 3, [&](int x, int y, Zel8u* dst) {
+        for (int c = 0; c < 3; ++c) dst[c] = src.row(y)[x * src.channels() + (src.channels() == 3 ? c : 0)];
+    });
+}
+
+Picture moved(const Picture& src, int right, int down)
+{
+    return drawn(src.size(), src.channels(), [&](int x, int y, Zel8u* dst) {
+        const int fromX = std::clamp(x - right, 0, src.size().width - 1), fromY = std::clamp(y - down, 0, src.size().height - 1);
+        std::copy_n(src.row(fromY) + fromX * src.channels(), src.channels(), dst);
+    });
+}
+
+Picture sideBySide(std::initializer_list<const Picture*> pictures)
+{
+    constexpr int gap = 6;
+    constexpr Zel8u gapShade = 236;
+    ZeliSize size = {-gap, 0};
+    for (const Picture* picture : pictures) size = {size.width + gap + picture->size().width, picture->size().height};
+    Picture dst(size, 1);
+    for (int y = 0; y < size.height; ++y) {
+        std::fill_n(dst.row(y), size.width, gapShade);
+        Zel8u* place = dst.row(y);
+        for (const Picture* picture : pictures) place = std::copy_n(picture->row(y), picture->size().width, place) + gap;
+    }
+    return dst;
+}
+
+Picture shrunk(const Picture& src, int factor)
+{
+    const int channels = src.channels();
+    return drawn({std::max(1, src.size().width / factor), std::max(1, src.size().height / factor)}, channels,
+                 [&](int x, int y, Zel8u* dst) {
+                     const int width = std::min(factor, src.size().width), height = std::min(factor, src.size().height);
+                     for (int c = 0; c < channels; ++c) {
+                         int sum = 0;
+                         for (int j = 0; j < height; ++j)
+                             for (int i = 0; i < width; ++i) sum += src.row(y * factor + j)[(x * factor + i) * channels + c];
+                         dst[c] = Zel8u((sum + width * height / 2) / (width * height));
+                     }
+                 });
+}
+
+ZeliRect middle(ZeliSize whole, ZeliSize size)
+{
+    const int width = std::min(whole.width, size.width), height = std::min(whole.height, size.height);
+    return {(whole.width - width) / 2, (whole.height - height) / 2, width, height};
+}
+
+Picture cut(const Picture& src, ZeliRect rect)
+{
+    return mapElements<Zel8u>(src.view().part(rect), [](Zel8u value) { return value; });
+}
+
+} // namespace app

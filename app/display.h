@@ -1,0 +1,95 @@
+// Planes of all types made visible, and pictures put together and cut.
+#pragma once
+
+#include "image.h"
+
+#include <algorithm>
+#include <cmath>
+#include <initializer_list>
+#include <vector>
+
+namespace app {
+
+// An image of the same shape with `function` applied to each element.
+template <class D, class S, class F>
+Image<D> mapElements(View<const S> src, F function)
+{
+    Image<D> dst(src.size, src.channels);
+    for (int y = 0; y < src.size.height; ++y)
+        std::transform(src.row(y), src.row(y) + src.elements(), dst.row(y), function);
+    return dst;
+}
+template <class D, class S, class F>
+Image<D> mapElements(const Image<S>& src, F function)
+{
+    return mapElements<D>(src.view(), function);
+}
+
+inline Zel8u toByte(double value) { return Zel8u(std::clamp(std::lround(value), 0L, 255L)); }
+
+template <class T>
+Image<T> convert(const Picture& src)
+{
+    return mapElements<T>(src, [](Zel8u value) { return T(value); });
+}
+
+// Brightness times `gain`.
+template <class T>
+Picture brightness(const Image<T>& src, double gain = 1)
+{
+    return mapElements<Zel8u>(src, [=](T value) { return toByte(gain * value); });
+}
+
+// The value that only few elements exceed in size: what a display should still tell from black and white.
+template <class T>
+double largeMagnitude(const Image<T>& src)
+{
+    std::vector<float> magnitudes;
+    for (int y = 0; y < src.size().height; ++y)
+        for (int i = 0; i < src.view().elements(); ++i) magnitudes.push_back(std::fabs(float(src.row(y)[i])));
+    const auto rank = magnitudes.begin() + std::ptrdiff_t(double(magnitudes.size() - 1) * 0.995);
+    std::nth_element(magnitudes.begin(), rank, magnitudes.end());
+    const double high = *rank;
+    return high > 0 ? high : std::max(1.0, double(*std::max_element(rank, magnitudes.end())));
+}
+
+// A signed plane around middle gray, which stands for zero. `full` is shown as white and -full as black.
+template <class T>
+Picture aroundGray(const Image<T>& src, double full)
+{
+    return mapElements<Zel8u>(src, [=](T value) { return toByte(128 + value * 127.0 / full); });
+}
+template <class T>
+Picture aroundGray(const Image<T>& src)
+{
+    return aroundGray(src, largeMagnitude(src));
+}
+
+// The strength of a gradient as Canny measures it: |dx| + |dy|.
+template <class T>
+Image<Zel32f> gradientStrength(const Image<T>& dx, const Image<T>& dy)
+{
+    Image<Zel32f> dst(dx.size(), 1);
+    for (int y = 0; y < dx.size().height; ++y)
+        for (int x = 0; x < dx.size().width; ++x)
+            dst.row(y)[x] = std::fabs(float(dx.row(y)[x])) + std::fabs(float(dy.row(y)[x]));
+    return dst;
+}
+
+Picture toGray(const Picture& src);
+Picture toColour(const Picture& src);
+
+// The picture moved by so many pixels; what comes in from outside repeats the edge.
+Picture moved(const Picture& src, int right, int down);
+
+// Gray pictures of one height beside each other, with a thin light gap between.
+Picture sideBySide(std::initializer_list<const Picture*> pictures);
+
+// The average of each factor x factor pixels; what is left over on the right and at the bottom is dropped.
+Picture shrunk(const Picture& src, int factor);
+
+// A copy of the middle of a picture, not larger than `size`; the rectangle of it.
+ZeliRect middle(ZeliSize whole, ZeliSize size);
+Picture cut(const Picture& src, ZeliRect rect);
+
+} // namespace app

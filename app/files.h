@@ -1,0 +1,19 @@
+// Picture files: PNG and JPEG in, PNG out.
+#pragma once
+
+#include "image.h"
+
+#include <string>
+#include <string_view>
+
+namespace app {
+
+// Reads a PNG or JPEG file, whichever it holds: gray pictures as one channel, all others as red, green and blue. 16-bit
+// samples are cut to 8 bits, transparent pixels laid on white. Throws Error.
+Picture readPicture(const std::string& path);
+
+// Writes a file under another name beside it first, so that either the whole file appears or none. Throws Error.
+void writeFile(const std::string& path, std::string_view bytes);
+void writePng(const std::string& path, const Picture& picture);
+
+} // namespace app

@@ -1,0 +1,179 @@
+// The gallery as HTML: one file, no scripts, nothing from elsewhere.
+#include "display.h"
+#include "gallery.h"
+#include "library.h"
+
+#include <cstdarg>
+#include <cstdio>
+
+namespace app {
+
+namespace {
+
+const char* const kStyle = R"(
+:root { color-scheme: light dark; --paper: #faf9f7; --card: #fff; --ink: #22252a; --faint: #6b7078; --line: #e2e0dc; --mark: #b4532a; }
+@media (prefers-color-scheme: dark) {
+  :root { --paper: #16181b; --card: #1e2125; --ink: #e6e4e0; --faint: #9a9fa6; --line: #31353a; --mark: #f0a070; }
+}
+* { box-sizing: border-box; }
+html { scroll-behavior: smooth; -webkit-text-size-adjust: 100%; }
+body { margin: 0; background: var(--paper); color: var(--ink); font: 1rem/1.5 system-ui, sans-serif; }
+main, header, footer { max-width: 84rem; margin: 0 auto; padding: 0 clamp(1rem, 4vw, 2.5rem); }
+header { padding-top: clamp(1.5rem, 5vw, 3.5rem); }
+h1 { font-size: clamp(1.7rem, 5vw, 2.6rem); line-height: 1.15; margin: 0 0 .3rem; letter-spacing: -.02em; overflow-wrap: anywhere; }
+h2 { font-size: 1.5rem; margin: 3.2rem 0 .2rem; letter-spacing: -.01em; scroll-margin-top: 1rem; }
+h3 { font-size: 1rem; margin: 0; }
+p { margin: .25rem 0; max-width: 46rem; }
+a { color: var(--mark); text-underline-offset: .15em; }
+.faint, figcaption p { color: var(--faint); }
+nav ul { display: flex; flex-wrap: wrap; gap: .4rem; padding: 0; margin: 1.2rem 0 0; list-style: none; }
+nav a { display: block; padding: .3rem .8rem; border: 1px solid var(--line); border-radius: 2rem; background: var(--card);
+  color: var(--ink); text-decoration: none; font-size: .9rem; }
+nav a:hover { border-color: var(--mark); color: var(--mark); }
+.grid { display: grid; gap: 1.2rem; margin-top: 1.1rem; grid-template-columns: repeat(auto-fill, minmax(min(100%, 19rem), 1fr)); }
+figure { margin: 0; background: var(--card); border: 1px solid var(--line); border-radius: .7rem; overflow: hidden; }
+figure:target { border-color: var(--mark); box-shadow: 0 0 0 2px var(--mark); }
+figure.large { grid-column: 1 / -1; max-width: 48rem; }
+figure img, figure svg { display: block; width: 100%; height: auto; }
+figure img.small { image-rendering: pixelated; }
+svg rect { fill: var(--mark); }
+svg line { stroke: var(--faint); stroke-width: .5; }
+figcaption { padding: .7rem .9rem .9rem; font-size: .9rem; }
+code { font: .8rem/1.4 ui-monospace, monospace; overflow-wrap: anywhere; }
+figcaption code { display: block; }
+figcaption .time { color: var(--ink); font-variant-numeric: tabular-nums; }
+.scroll { overflow-x: auto; border: 1px solid var(--line); border-radius: .7rem; background: var(--card); margin-top: 1rem; }
+table { border-collapse: collapse; width: 100%; font-size: .9rem; font-variant-numeric: tabular-nums; }
+th, td { padding: .35rem .9rem; text-align: right; white-space: nowrap; border-top: 1px solid var(--line); }
+th { border-top: 0; font-weight: 600; color: var(--faint); }
+th:first-child, td:first-child { text-align: left; }
+summary { cursor: pointer; margin-top: 1.5rem; }
+footer { padding-top: 2rem; padding-bottom: 3rem; font-size: .9rem; }
+)";
+
+std::string escaped(const std::string& text)
+{
+    std::string result;
+    for (const char c : text) switch (c) {
+        case '&': result += "&amp;"; break;
+        case '<': result += "&lt;"; break;
+        case '>': result += "&gt;"; break;
+        case '"': result += "&quot;"; break;
+        default: result += c;
+        }
+    return result;
+}
+
+[[gnu::format(printf, 1, 2)]] std::string format(const char* pattern, ...)
+{
+    char text[512];
+    va_list arguments;
+    va_start(arguments, pattern);
+    std::vsnprintf(text, sizeof text, pattern, arguments);
+    va_end(arguments);
+    return text;
+}
+
+double pixels(ZeliSize size) { return double(size.width) * size.height; }
+
+// "0.412 ms, 1.34 ns per pixel of 640 x 480", or nanoseconds where there are no pixels.
+std::string timeText(double nanoseconds, ZeliSize size)
+{
+    if (pixels(size) == 0) return format("%.0f ns", nanoseconds);
+    return format("%.3g ms, %.2f ns per pixel of %s", nanoseconds / 1e6, nanoseconds / pixels(size), sizeText(size).c_str());
+}
+
+std::string barPlot(const std::vector<double>& values)
+{
+    constexpr double width = 320, height = 120, edge = 10;
+    const auto [low, high] = std::minmax_element(values.begin(), values.end());
+    const double bottom = std::min(0.0, *low), range = std::max(std::max(0.0, *high) - bottom, 1e-30);
+    const auto y = [&](double value) { return edge + (height - 2 * edge) * (1 - (value - bottom) / range); };
+    std::string svg = format("<svg viewBox=\"0 0 %g %g\" role=\"img\" aria-label=\"%zu taps from %g to %g\">", width, height,
+                             values.size(), *low, *high);
+    const double pitch = (width - 2 * edge) / double(values.size());
+    for (std::size_t i = 0; i < values.size(); ++i)
+        svg += format("<rect x=\"%.2f\" y=\"%.2f\" width=\"%.2f\" height=\"%.2f\"/>", edge + pitch * (double(i) + 0.1),
+                      std::min(y(values[i]), y(0)), 0.8 * pitch, std::fabs(y(values[i]) - y(0)));
+    return svg + format("<line x1=\"0\" x2=\"%g\" y1=\"%.2f\" y2=\"%.2f\"/></svg>\n", width, y(0), y(0));
+}
+
+// The taps themselves, where they are few.
+std::string tapList(const std::vector<double>& values)
+{
+    if (values.size() > 15) return "From " + format("%.6g to %.6g.", *std::min_element(values.begin(), values.end()),
+                                                    *std::max_element(values.begin(), values.end()));
+    std::string text;
+    for (const double value : values) text += format(text.empty() ? "%.6g" : ", %.6g", value);
+    return text;
+}
+
+std::string figureHtml(const Figure& figure, const Drawn& drawn, const std::string& id)
+{
+    std::string html = "<figure id=\"" + id + "\"" + (figure.large ? " class=\"large\"" : "") + ">\n";
+    if (figure.plot)
+        html += barPlot(drawn.numbers);
+    else
+        html += "<a href=\"" + drawn.file + "\"><img src=\"" + drawn.file + "\" alt=\"" + escaped(figure.title) + "\" loading=\"lazy\"" +
+                (drawn.size.width < 200 ? " class=\"small\"" : "") +
+                format(" width=\"%d\" height=\"%d\"></a>\n", drawn.size.width, drawn.size.height);
+    if (drawn.functions.empty()) return html + "</figure>\n";
+    html += "<figcaption>\n<h3>" + escaped(figure.title) + "</h3>\n";
+    html += "<p>" + escaped(figure.plot ? tapList(drawn.numbers) : figure.sentence) + "</p>\n";
+    for (const std::string& function : drawn.functions) html += "<code>" + function + "</code>\n";
+    return html + "<p class=\"time\">" + timeText(drawn.nanoseconds, drawn.worked) + "</p>\n</figcaption>\n</figure>\n";
+}
+
+// One row for each function that the filter accepts.
+template <class Accept>
+std::string functionTable(const std::map<std::string, FunctionTimes>& functions, Accept accept)
+{
+    std::string html = "<div class=\"scroll\"><table>\n<tr><th>Function</th><th>Region</th><th>Median time</th><th>Per pixel</th></tr>\n";
+    for (const auto& [name, times] : functions) {
+        if (!accept(name)) continue;
+        const double time = median(times.nanoseconds), area = pixels(times.size);
+        const bool perPixel = area > 0 && !isSizeFunction(name);
+        html += "<tr><td><a href=\"#" + times.figure + "\"><code>" + name + "</code></a></td><td>" +
+                (area > 0 ? sizeText(times.size) : "") + "</td><td>" +
+                (perPixel ? format("%.4f ms</td><td>%.3f ns", time / 1e6, time / area) : format("%.0f ns</td><td>", time)) +
+                "</td></tr>\n";
+    }
+    return html + "</table></div>\n";
+}
+
+} // namespace
+
+std::string galleryHtml(const GalleryPage& page)
+{
+    Zel32s threads = 0;
+    zelGetNumThreads(&threads);
+    const std::string heading = escaped(page.heading);
+    std::string html = "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+                       "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" +
+                       heading + " through zelcv</title>\n<style>" + kStyle + "</style>\n</head>\n<body>\n<header>\n<h1>" + heading +
+                       "</h1>\n<p class=\"faint\">" + escaped(page.origin) +
+                       " Everything below was made from it by zelcv, with the functions named under each figure. Times are medians "
+                       "of a few calls on " + std::to_string(threads) + (threads == 1 ? " thread" : " threads") +
+                       ". A click on a picture shows it in full size.</p>\n<nav aria-label=\"Contents\"><ul>\n";
+    for (const Section& section : page.sections) html += "<li><a href=\"#" + section.id + "\">" + section.title + "</a></li>\n";
+    html += "<li><a href=\"#functions\">All functions</a></li>\n</ul></nav>\n</header>\n<main>\n";
+    for (std::size_t s = 0; s < page.sections.size(); ++s) {
+        const Section& section = page.sections[s];
+        html += "<section>\n<h2 id=\"" + section.id + "\">" + section.title + "</h2>\n<p class=\"faint\">" + section.introduction +
+                "</p>\n<div class=\"grid\">\n";
+        for (std::size_t i = 0; i < section.figures.size(); ++i)
+            html += figureHtml(section.figures[i], page.drawn[s][i], figureId(section, i));
+        html += "</div>\n</section>\n";
+    }
+    html += "<section>\n<h2 id=\"functions\">All functions</h2>\n<p class=\"faint\">What one call took on the largest region that it "
+            "was used for on this page. The names lead to a figure.</p>\n";
+    html += functionTable(page.functions, [](const std::string& name) { return !isSizeFunction(name); });
+    html += "<details>\n<summary>Functions that say how much scratch memory another one needs</summary>\n";
+    html += functionTable(page.functions, [](const std::string& name) { return isSizeFunction(name); });
+    html += "</details>\n</section>\n</main>\n<footer class=\"faint\">\n<p>Made by zelcv, version " +
+            escaped(zelcvGetLibVersion()->version) + ", variant " + libraryVariant() + ": " + std::to_string(page.functions.size()) +
+            " functions and <code>zelcvGetLibVersion</code> at work.</p>\n</footer>\n</body>\n</html>\n";
+    return html;
+}
+
+} // namespace app
