@@ -170,9 +170,11 @@ inline void sortHalves([[maybe_unused]] Vec<Zel16s>& a, [[maybe_unused]] Vec<Zel
 template <class T>
 Vec<T> loadUpTo(const T* from, int count)
 {
-    if (count >= kLanes<T>) return load(from);
     Vec<T> v = {};
-    std::memcpy(&v, from, sizeof(T) * std::size_t(count));
+    if (count >= kLanes<T>)
+        v = load(from);
+    else
+        std::memcpy(&v, from, sizeof(T) * std::size_t(count));
     return v;
 }
 
