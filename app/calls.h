@@ -16,7 +16,8 @@ struct Function {
     const char* name;
     F* call;
 };
-#define ZELCV_FUNCTION(function) ::app::Function{#function, function}
+#define ZELCV_FUNCTION(function)                                                                                             \
+    ::app::Function { #function, function }
 
 // Functions that say how much scratch memory another one needs.
 inline bool isSizeFunction(std::string_view name)

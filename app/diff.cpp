@@ -31,7 +31,8 @@ void run(const Options& options)
 
 void addDiffCommand(CLI::App& program)
 {
-    CLI::App* command = program.add_subcommand("diff",
+    CLI::App* command = program.add_subcommand(
+        "diff",
         "Absolute difference of two pictures of one size, in colour when both are. Without pictures: the program's own scene "
         "and the same moved by one pixel");
     const auto options = std::make_shared<Options>();
@@ -39,7 +40,8 @@ void addDiffCommand(CLI::App& program)
     command->add_option("B", options->b, "The second one");
     command->add_option("-o,--output", options->out, "The PNG file to write")->required()->type_name("FILE");
     command->add_option("--gain", options->gain, "Multiply the differences, so that small ones are seen")
-        ->check(CLI::Range(0.0, 1e6))->capture_default_str();
+        ->check(CLI::Range(0.0, 1e6))
+        ->capture_default_str();
     command->callback([=] { run(*options); });
 }
 

@@ -35,7 +35,8 @@ Picture toColour(const Picture& src)
 Picture moved(const Picture& src, int right, int down)
 {
     return drawn(src.size(), src.channels(), [&](int x, int y, Zel8u* dst) {
-        const int fromX = std::clamp(x - right, 0, src.size().width - 1), fromY = std::clamp(y - down, 0, src.size().height - 1);
+        const int fromX = std::clamp(x - right, 0, src.size().width - 1),
+                  fromY = std::clamp(y - down, 0, src.size().height - 1);
         std::copy_n(src.row(fromY) + fromX * src.channels(), src.channels(), dst);
     });
 }

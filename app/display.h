@@ -15,8 +15,7 @@ template <class D, class S, class F>
 Image<D> mapElements(View<const S> src, F function)
 {
     Image<D> dst(src.size, src.channels);
-    for (int y = 0; y < src.size.height; ++y)
-        std::transform(src.row(y), src.row(y) + src.elements(), dst.row(y), function);
+    for (int y = 0; y < src.size.height; ++y) std::transform(src.row(y), src.row(y) + src.elements(), dst.row(y), function);
     return dst;
 }
 template <class D, class S, class F>
@@ -47,7 +46,7 @@ double largeMagnitude(const Image<T>& src)
     std::vector<float> magnitudes;
     for (int y = 0; y < src.size().height; ++y)
         for (int i = 0; i < src.view().elements(); ++i) magnitudes.push_back(std::fabs(float(src.row(y)[i])));
-    const auto rank = magnitudes.begin() + std::ptrdiff_t(double(magnitudes.size() - 1) * 0.995);
+    const auto rank = magnitudes.begin() + std::ptrdiff_t(double(magnitudes.size() - 1) * 0.99);
     std::nth_element(magnitudes.begin(), rank, magnitudes.end());
     const double high = *rank;
     return high > 0 ? high : std::max(1.0, double(*std::max_element(rank, magnitudes.end())));

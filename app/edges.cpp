@@ -25,8 +25,8 @@ void run(Options options)
     const Picture gray = toGray(options.files.read());
     const auto [dx, dy] = gradientFamilies(false);
     const DerivativeOptions derivative{.mask = maskOfAperture(options.aperture)};
-    writePng(options.files.out, canny(calls, dx.to16s(calls, gray, derivative), dy.to16s(calls, gray, derivative), options.low,
-                                      options.high));
+    writePng(options.files.out,
+             canny(calls, dx.to16s(calls, gray, derivative), dy.to16s(calls, gray, derivative), options.low, options.high));
 }
 
 } // namespace
@@ -36,12 +36,14 @@ void addEdgesCommand(CLI::App& program)
     CLI::App* command = program.add_subcommand("edges", "Find edges: derivative filters, then Canny; white edges on black");
     const auto options = std::make_shared<Options>();
     options->files.addTo(*command);
-    options->lowGiven = command->add_option("--low", options->low,
+    options->lowGiven = command->add_option(
+        "--low", options->low,
         "Weakest gradient |dx| + |dy| that may continue an edge (default: half of --high, or 100; 1200 with aperture 5)");
-    options->highGiven = command->add_option("--high", options->high,
-        "Gradient from which on an edge may begin (default: twice --low)");
+    options->highGiven =
+        command->add_option("--high", options->high, "Gradient from which on an edge may begin (default: twice --low)");
     command->add_option("--aperture", options->aperture, "Size of the Sobel filters: 3 or 5")
-        ->check(CLI::IsMember({3, 5}))->capture_default_str();
+        ->check(CLI::IsMember({3, 5}))
+        ->capture_default_str();
     command->callback([=] { run(*options); });
 }
 

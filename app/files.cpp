@@ -193,7 +193,8 @@ void writeFile(const std::string& path, std::string_view bytes)
         const File existing(std::fopen(path.c_str(), "ab"));
         if (!existing) failWithErrno(path);
         if (!fs::is_regular_file(target)) { // a device or a pipe: nothing to take the place of
-            if (std::fwrite(bytes.data(), 1, bytes.size(), existing.get()) != bytes.size() || std::fflush(existing.get()) != 0)
+            if (std::fwrite(bytes.data(), 1, bytes.size(), existing.get()) != bytes.size() ||
+                std::fflush(existing.get()) != 0)
                 failWithErrno(path);
             return;
         }

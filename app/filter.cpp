@@ -47,9 +47,8 @@ std::vector<M> parseTaps(const char* option, const std::string& text)
 template <class M>
 Kernel<M> parseKernel(const Options& options)
 {
-    Kernel<M> kernel{parseTaps<M>("--row", options.row),
-                     parseTaps<M>(options.column.empty() ? "--row" : "--column",
-                                  options.column.empty() ? options.row : options.column)};
+    Kernel<M> kernel{parseTaps<M>("--row", options.row), parseTaps<M>(options.column.empty() ? "--row" : "--column",
+                                                                      options.column.empty() ? options.row : options.column)};
     if (!options.anchorGiven->empty()) {
         const std::size_t fewest = std::min(kernel.row.size(), kernel.column.size());
         if (options.anchor < 0 || std::size_t(options.anchor) >= fewest)
@@ -60,7 +59,8 @@ Kernel<M> parseKernel(const Options& options)
     return kernel;
 }
 
-// What a user expects of a kernel without a divisor: the brightness stays, or, where the taps sum up to zero, nothing is scaled.
+// What a user expects of a kernel without a divisor: the brightness stays, or, where the taps sum up to zero, nothing is
+// scaled.
 template <class Sum, class M>
 Sum sumOrOne(const std::vector<M>& taps)
 {
@@ -102,16 +102,15 @@ Picture filterInIntegers(const Options& options, const Picture& src)
                               : std::int64_t(options.divisor));
     Calls calls;
     const Outside<Zel8u> outside = outsideOf<Zel8u>(options);
-    if (options.aroundZero)
-        return aroundGray(separable(calls, kRows8u16s, kColumns16s, src.view(), kernel, outside), 127);
+    if (options.aroundZero) return aroundGray(separable(calls, kRows8u16s, kColumns16s, src.view(), kernel, outside), 127);
     return separable(calls, kRows8u16s, kColumns16s8u, src.view(), kernel, outside);
 }
 
 Picture filterInFloat(const Options& options, const Picture& src)
 {
     Kernel<Zel32f> kernel = parseKernel<Zel32f>(options);
-    const double divisor = options.divisorGiven->empty() ? sumOrOne<double>(kernel.row) * sumOrOne<double>(kernel.column)
-                                                         : options.divisor;
+    const double divisor =
+        options.divisorGiven->empty() ? sumOrOne<double>(kernel.row) * sumOrOne<double>(kernel.column) : options.divisor;
     for (Zel32f& tap : kernel.column) tap = Zel32f(tap / divisor);
     Calls calls;
     const Image<Zel32f> result =
@@ -130,23 +129,32 @@ void run(const Options& options)
 
 void addFilterCommand(CLI::App& program)
 {
-    CLI::App* command = program.add_subcommand("filter",
-        "Filter with a separable kernel: taps along the rows, then taps down the columns. Colour is filtered channel by channel");
+    CLI::App* command = program.add_subcommand("filter", "Filter with a separable kernel: taps along the rows, then taps "
+                                                         "down the columns. Colour is filtered channel by channel");
     const auto options = std::make_shared<Options>();
     options->files.addTo(*command);
     command->add_option("--row", options->row, "Taps along the rows, such as 1,4,6,4,1")->required()->type_name("TAPS");
     command->add_option("--column", options->column, "Taps down the columns (default: the row taps)")->type_name("TAPS");
-    options->divisorGiven = command->add_option("--divisor", options->divisor,
-        "What the sum over all taps is divided by (default: the sum of the row taps times the sum of the column taps, where a "
-        "sum of 0 counts as 1)")->type_name("N");
-    options->anchorGiven = command->add_option("--anchor", options->anchor,
-        "The tap that lies on the pixel, counted from 0, in both directions (default: the middle)")->type_name("N");
+    options->divisorGiven = command
+                                ->add_option("--divisor", options->divisor,
+                                             "What the sum over all taps is divided by (default: the sum of the row taps "
+                                             "times the sum of the column taps, where a "
+                                             "sum of 0 counts as 1)")
+                                ->type_name("N");
+    options->anchorGiven =
+        command
+            ->add_option("--anchor", options->anchor,
+                         "The tap that lies on the pixel, counted from 0, in both directions (default: the middle)")
+            ->type_name("N");
     command->add_option("--border", options->border, "What stands outside the picture (default: replicate)")
-        ->transform(CLI::CheckedTransformer(kBorders))->type_name("KIND");
+        ->transform(CLI::CheckedTransformer(kBorders))
+        ->type_name("KIND");
     command->add_option("--value", options->value, "The value outside with --border constant, 0 to 255")
-        ->check(CLI::Range(0, 255))->capture_default_str();
+        ->check(CLI::Range(0, 255))
+        ->capture_default_str();
     command->add_flag("--float", options->inFloat, "Compute in single precision; taps and divisor may have decimals");
-    command->add_flag("--signed", options->aroundZero, "Show results around middle gray, for kernels that give negative ones");
+    command->add_flag("--signed", options->aroundZero,
+                      "Show results around middle gray, for kernels that give negative ones");
     command->callback([=] { run(*options); });
 }
 

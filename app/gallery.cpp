@@ -35,7 +35,8 @@ private:
     bool visible_;
 };
 
-Drawn drawFigure(const Figure& figure, const std::string& id, const fs::path& folder, std::map<std::string, FunctionTimes>& times)
+Drawn drawFigure(const Figure& figure, const std::string& id, const fs::path& folder,
+                 std::map<std::string, FunctionTimes>& times)
 {
     Drawn drawn;
     std::vector<double> totals;
@@ -81,18 +82,28 @@ std::string makeFit(Picture& picture)
     return origin + ".";
 }
 
-void run(const std::vector<std::string>& places)
+struct Options {
+    std::vector<std::string> places; // a picture, or none, and a folder
+    int threads = 1;
+};
+
+void run(const Options& options)
 {
+    const std::vector<std::string>& places = options.places;
+    if (const ZelStatus status = zelSetNumThreads(options.threads))
+        throw Error("--threads " + std::to_string(options.threads) + ": " + zelGetStatusString(status));
     const fs::path folder = places.back();
     Picture picture = places.size() == 2 ? readPicture(places.front()) : drawScene();
     const std::string origin = makeFit(picture);
     std::error_code failure;
     fs::create_directories(folder, failure);
-    if (!fs::is_directory(folder)) throw Error(folder.string() + ": " + (failure ? failure.message() : "this is not a folder"));
+    if (!fs::is_directory(folder))
+        throw Error(folder.string() + ": " + (failure ? failure.message() : "this is not a folder"));
 
     const Source source{toColour(picture), toGray(picture)};
     const std::vector<Section> sections = planFigures(source);
-    GalleryPage page{places.size() == 2 ? fs::path(places.front()).filename().string() : "A bay in the evening", origin, sections, {}, {}};
+    GalleryPage page{
+        places.size() == 2 ? fs::path(places.front()).filename().string() : "A bay in the evening", origin, sections, {}, {}};
     std::size_t total = 0;
     for (const Section& section : sections) total += section.figures.size();
     {
@@ -126,13 +137,19 @@ std::string figureId(const Section& section, std::size_t index)
 
 void addGalleryCommand(CLI::App& program)
 {
-    CLI::App* command = program.add_subcommand("gallery",
+    CLI::App* command = program.add_subcommand(
+        "gallery",
         "Show everything that the library can do with one picture on one HTML page, with the functions used and their times");
-    const auto places = std::make_shared<std::vector<std::string>>();
-    command->add_option("PICTURE", *places,
-        "A PNG or JPEG file (without it: the program's own scene), then the folder to write index.html and the pictures to")
-        ->required()->expected(1, 2)->type_name("DIR");
-    command->callback([=] { run(*places); });
+    const auto options = std::make_shared<Options>();
+    command
+        ->add_option("PICTURE", options->places,
+                     "A PNG or JPEG file (without it: the program's own scene), then the folder to write index.html and the "
+                     "pictures to")
+        ->required()
+        ->expected(1, 2)
+        ->type_name("DIR");
+    command->add_option("--threads", options->threads, "Threads that the library may use")->capture_default_str();
+    command->callback([=] { run(*options); });
 }
 
 } // namespace app

@@ -20,6 +20,11 @@ struct Figure {
 struct Section {
     std::string id, title, introduction;
     std::vector<Figure> figures;
+
+    void add(std::string name, std::string sentence, std::function<Picture(Calls&)> draw)
+    {
+        figures.push_back({std::move(name), std::move(sentence), std::move(draw)});
+    }
 };
 
 // Everything that there is to show for a picture. The figures refer to what is in `source`.
@@ -34,8 +39,8 @@ struct Drawn {
     ZeliSize size = {0, 0};      // of that picture
     std::vector<double> numbers; // of a plot
     std::vector<std::string> functions;
-    ZeliSize worked = {0, 0};    // the region that the functions worked on
-    double nanoseconds = 0;      // of all of them together, without those that only size memory
+    ZeliSize worked = {0, 0}; // the region that the functions worked on
+    double nanoseconds = 0;   // of all of them together, without those that only size memory
 };
 
 // What all calls of one function on the largest region took.
@@ -46,10 +51,10 @@ struct FunctionTimes {
 };
 
 struct GalleryPage {
-    std::string heading;                     // the picture's name
-    std::string origin;                      // a sentence on the picture
+    std::string heading; // the picture's name
+    std::string origin;  // a sentence on the picture
     const std::vector<Section>& sections;
-    std::vector<std::vector<Drawn>> drawn;   // in the same order
+    std::vector<std::vector<Drawn>> drawn; // in the same order
     std::map<std::string, FunctionTimes> functions;
 };
 

@@ -24,22 +24,27 @@ std::string number(double value)
 
 Section pictureSection(const Source& source)
 {
-    return {"picture", "The picture", "",
-            {{.title = "As it is", .sentence = "", .draw = [&](Calls&) { return toColour(source.colour); }, .large = true}}};
+    Section section{"picture", "The picture", "", {}};
+    section.add("As it is", "", [&](Calls&) { return toColour(source.colour); });
+    section.figures.back().large = true;
+    return section;
 }
 
 Section edgesSection(const Source& source)
 {
-    Section section{"edges", "Edges",
+    Section section{
+        "edges",
+        "Edges",
         "Two derivative filters give the gradient. Canny keeps the ridges of its strength |dx| + |dy|: those above the high "
-        "threshold, and all above the low one that are linked to them.", {}};
-    section.figures.push_back({.title = "Strength of the gradient",
-        .sentence = "What the thresholds below are compared with, from the Sobel filters 3 by 3.",
-        .draw = [&](Calls& calls) {
-            const auto [dx, dy] = gradientFamilies(false);
-            const auto strength = gradientStrength(dx.to16s(calls, source.gray, {}), dy.to16s(calls, source.gray, {}));
-            return brightness(strength, 255 / largeMagnitude(strength));
-        }});
+        "threshold, and all above the low one that are linked to them.",
+        {}};
+    section.add("Strength of the gradient", "What the thresholds below are compared with, from the Sobel filters 3 by 3.",
+                [&](Calls& calls) {
+                    const auto [dx, dy] = gradientFamilies(false);
+                    const auto strength =
+                        gradientStrength(dx.to16s(calls, source.gray, {}), dy.to16s(calls, source.gray, {}));
+                    return brightness(strength, 255 / largeMagnitude(strength));
+                });
     struct Row {
         const char* title;
         bool scharr;
@@ -55,53 +60,51 @@ Section edgesSection(const Source& source)
                         {"Scharr filters", true, zeliMask3x3, 400, 800, false},
                         {"In single precision", false, zeliMask3x3, 100, 200, true}};
     for (const Row& row : rows)
-        section.figures.push_back({.title = row.title,
-            .sentence = std::string(row.scharr ? "Scharr" : "Sobel") + (row.mask == zeliMask5x5 ? " 5 by 5" : " 3 by 3") +
+        section.add(row.title,
+                    std::string(row.scharr ? "Scharr" : "Sobel") + (row.mask == zeliMask5x5 ? " 5 by 5" : " 3 by 3") +
                         ", thresholds " + number(row.low) + " and " + number(row.high) + ".",
-            .draw = [&source, row](Calls& calls) {
-                const auto [dx, dy] = gradientFamilies(row.scharr);
-                const DerivativeOptions options{.mask = row.mask};
-                if (!row.inFloat)
-                    return canny(calls, dx.to16s(calls, source.gray, options), dy.to16s(calls, source.gray, options), row.low,
-                                 row.high);
-                const Image<Zel32f> src = convert<Zel32f>(source.gray);
-                return canny(calls, dx.in32f(calls, src, options), dy.in32f(calls, src, options), row.low, row.high);
-            }});
+                    [&source, row](Calls& calls) {
+                        const auto [dx, dy] = gradientFamilies(row.scharr);
+                        const DerivativeOptions options{.mask = row.mask};
+                        if (!row.inFloat)
+                            return canny(calls, dx.to16s(calls, source.gray, options), dy.to16s(calls, source.gray, options),
+                                         row.low, row.high);
+                        const Image<Zel32f> src = convert<Zel32f>(source.gray);
+                        return canny(calls, dx.in32f(calls, src, options), dy.in32f(calls, src, options), row.low, row.high);
+                    });
     return section;
 }
 
 Section derivativesSection(const Source& source)
 {
-    Section section{"derivatives", "Derivative filters",
-        "Eight filters of 3 by 3 pixels. Results have a sign: middle gray is zero.", {}};
+    Section section{
+        "derivatives", "Derivative filters", "Eight filters of 3 by 3 pixels. Results have a sign: middle gray is zero.", {}};
     for (const DerivativeFamily& family : derivativeFamilies())
-        section.figures.push_back({.title = family.name, .sentence = family.meaning,
-            .draw = [&](Calls& calls) { return aroundGray(family.to16s(calls, source.gray, {})); }});
+        section.add(family.name, family.meaning,
+                    [&](Calls& calls) { return aroundGray(family.to16s(calls, source.gray, {})); });
     return section;
 }
 
 Section typesSection(const Source& source)
 {
-    Section section{"types", "Derivative filters in all sizes and types",
-        "The middle of each result. 8u to 16s is exact, 8u to 8s divides so that everything fits, 32f is single precision.", {}};
+    Section section{
+        "types",
+        "Derivative filters in all sizes and types",
+        "The middle of each result. 8u to 16s is exact, 8u to 8s divides so that everything fits, 32f is single precision.",
+        {}};
     for (const DerivativeFamily& family : derivativeFamilies())
         for (int wide = 0; wide <= int(family.hasMasks); ++wide) {
             const DerivativeOptions options{.mask = wide ? zeliMask5x5 : zeliMask3x3, .divisor = 2 * family.weights[wide]};
             const std::string name = family.name + std::string(wide ? ", 5 by 5" : ", 3 by 3");
             if (wide)
-                section.figures.push_back({.title = name + ", 8u to 16s", .sentence = "Exact integers.",
-                    .draw = [&, options](Calls& calls) {
-                        return detail(aroundGray(family.to16s(calls, source.gray, options)));
-                    }});
-            section.figures.push_back({.title = name + ", 8u to 8s",
-                .sentence = "Divided by " + std::to_string(options.divisor) + ".",
-                .draw = [&, options](Calls& calls) {
-                    return detail(aroundGray(family.to8s(calls, source.gray, options)));
-                }});
-            section.figures.push_back({.title = name + ", 32f", .sentence = "Single precision.",
-                .draw = [&, options](Calls& calls) {
-                    return detail(aroundGray(family.in32f(calls, convert<Zel32f>(source.gray), options)));
-                }});
+                section.add(name + ", 8u to 16s", "Exact integers.", [&, options](Calls& calls) {
+                    return detail(aroundGray(family.to16s(calls, source.gray, options)));
+                });
+            section.add(name + ", 8u to 8s", "Divided by " + std::to_string(options.divisor) + ".",
+                        [&, options](Calls& calls) { return detail(aroundGray(family.to8s(calls, source.gray, options))); });
+            section.add(name + ", 32f", "Single precision.", [&, options](Calls& calls) {
+                return detail(aroundGray(family.in32f(calls, convert<Zel32f>(source.gray), options)));
+            });
         }
     return section;
 }
@@ -121,54 +124,61 @@ const BorderKind kBorderKinds[] = {
 
 Section bordersSection(const Source& source)
 {
-    Section section{"borders", "Borders",
-        "What a filter sees outside of the picture. A small part of the picture serves as the whole.", {}};
+    Section section{"borders",
+                    "Borders",
+                    "What a filter sees outside of the picture. A small part of the picture serves as the whole.",
+                    {}};
     const auto small = [&](int width, int height) { return middle(source.gray.size(), {width, height}); };
     const std::span plain(kBorderKinds, 5); // those that the pipelines take
     const Outside<Zel8u> outside{zeliBorderConstant, {70, 130, 180}};
 
     for (const BorderKind& kind : plain) {
         const Outside<Zel8u> own{kind.border, outside.value};
-        section.figures.push_back({.title = "Outside: " + std::string(kind.name),
-            .sentence = std::string("A kernel with one tap at its end moves the picture to the right and down. On the left and "
-                                    "at the top comes in ") + kind.meaning + ".",
-            .draw = [&, small, own](Calls& calls) {
-                const ZeliRect rect = small(120, 90);
-                Kernel<Zel16s> kernel{Taps(std::size_t(rect.width / 3 + 1)), Taps(std::size_t(rect.height / 3 + 1))};
-                kernel.row[0] = kernel.column[0] = 1;
-                kernel.rowAnchor = rect.width / 3;
-                kernel.columnAnchor = rect.height / 3;
-                return separable(calls, kRows8u16s, kColumns16s8u, source.colour.view().part(rect), kernel, own);
-            }});
+        section.add("Outside: " + std::string(kind.name),
+                    std::string("A kernel with one tap at its end moves the picture to the right and down. On the left and "
+                                "at the top comes in ") +
+                        kind.meaning + ".",
+                    [&, small, own](Calls& calls) {
+                        const ZeliRect rect = small(120, 90);
+                        Kernel<Zel16s> kernel{Taps(std::size_t(rect.width / 3 + 1)), Taps(std::size_t(rect.height / 3 + 1))};
+                        kernel.row[0] = kernel.column[0] = 1;
+                        kernel.rowAnchor = rect.width / 3;
+                        kernel.columnAnchor = rect.height / 3;
+                        return separable(calls, kRows8u16s, kColumns16s8u, source.colour.view().part(rect), kernel, own);
+                    });
     }
     for (const BorderKind& kind : plain) {
         const Outside<Zel8u> own{kind.border, outside.value};
-        section.figures.push_back({.title = "Blur at the edge: " + std::string(kind.name),
-            .sentence = std::string("A mean of 31 by 31 pixels lets in ") + kind.meaning + ".",
-            .draw = [&, small, own](Calls& calls) {
+        section.add(
+            "Blur at the edge: " + std::string(kind.name),
+            std::string("A mean of 31 by 31 pixels lets in ") + kind.meaning + ".", [&, small, own](Calls& calls) {
                 const Kernel<Zel16s> kernel{.row = Taps(31, 1), .column = Taps(31, 1), .rowDivisor = 1, .columnDivisor = 961};
                 return separable(calls, kRows8u16s, kColumns16s8u, source.colour.view().part(small(120, 90)), kernel, own);
-            }});
+            });
     }
     for (const BorderKind& kind : kBorderKinds)
-        section.figures.push_back({.title = "Derivative at the edge: " + std::string(kind.name),
-            .sentence = std::string("SobelNegVert 5 by 5 on a few pixels. Outside is ") + kind.meaning + ".",
-            .draw = [&, small, kind](Calls& calls) {
-                // Real pixels around the region must exist. A picture that is hardly larger has none.
-                const ZeliRect rect = small(32, 24);
-                const bool surrounded = rect.x >= 2 && rect.y >= 2;
-                const bool real = kind.border == zeliBorderInMemory;
-                const DerivativeOptions options{.mask = zeliMask5x5, .border = real && !surrounded ? zeliBorderReplicate : kind.border};
-                const DerivativeFamily& family = derivativeFamily("SobelNegVert");
-                return aroundGray(family.to16s(calls, source.gray.view().part(rect), options), 6000);
-            }});
+        section.add("Derivative at the edge: " + std::string(kind.name),
+                    std::string("SobelNegVert 5 by 5 on a few pixels. Outside is ") + kind.meaning + ".",
+                    [&, small, kind](Calls& calls) {
+                        // Real pixels around the region must exist. A picture that is hardly larger has none.
+                        const ZeliRect rect = small(32, 24);
+                        const bool surrounded = rect.x >= 2 && rect.y >= 2;
+                        const bool real = kind.border == zeliBorderInMemory;
+                        const DerivativeOptions options{.mask = zeliMask5x5,
+                                                        .border = real && !surrounded ? zeliBorderReplicate : kind.border};
+                        const DerivativeFamily& family = derivativeFamily("SobelNegVert");
+                        return aroundGray(family.to16s(calls, source.gray.view().part(rect), options), 6000);
+                    });
     return section;
 }
 
 Section kernelsSection(const Source& source)
 {
-    Section section{"kernels", "Separable kernels",
-        "The row pipeline filters along the rows, the column pipeline combines the rows. The kernel is the caller's.", {}};
+    Section section{
+        "kernels",
+        "Separable kernels",
+        "The row pipeline filters along the rows, the column pipeline combines the rows. The kernel is the caller's.",
+        {}};
     struct Row {
         const char *title, *sentence;
         Taps row, column;
@@ -178,43 +188,70 @@ Section kernelsSection(const Source& source)
     };
     const Row rows[] = {
         {"Mean", "Nine equal taps in both directions.", Taps(9, 1), Taps(9, 1), 81, zeliBorderReflectEdge, false},
-        {"Binomial blur", "The taps 1 6 15 20 15 6 1 in both directions, close to a Gauss curve.", kBinomial7, kBinomial7, 4096,
-         zeliBorderReflectEdge, false},
-        {"Sharpen", "The taps -1 6 -1 in both directions make contours steeper.", {-1, 6, -1}, {-1, 6, -1}, 16, zeliBorderReplicate,
+        {"Binomial blur", "The taps 1 6 15 20 15 6 1 in both directions, close to a Gauss curve.", kBinomial7, kBinomial7,
+         4096, zeliBorderReflectEdge, false},
+        {"Sharpen",
+         "The taps -1 6 -1 in both directions make contours steeper.",
+         {-1, 6, -1},
+         {-1, 6, -1},
+         16,
+         zeliBorderReplicate,
          false},
-        {"Emboss", "Differences along the rows, blurred down the columns, around middle gray: a relief in light from the side.",
-         {-1, 0, 1}, {1, 2, 1}, 1, zeliBorderReplicate, true},
-        {"Motion blur", "A mean of 61 pixels along the rows. What leaves on one side comes in on the other.", Taps(61, 1), {1}, 61,
-         zeliBorderWrap, false},
-        {"Falling", "A mean of 41 pixels above each pixel, by an anchor at the end of the kernel.", {1}, Taps(41, 1), 41,
-         zeliBorderReplicate, false},
-        {"Second derivative", "The taps 1 -2 1 along the rows and 1 2 1 down the columns, around middle gray.", {1, -2, 1}, {1, 2, 1},
-         1, zeliBorderReplicate, true}};
+        {"Emboss",
+         "Differences along the rows, blurred down the columns, around middle gray: a relief in light from the side.",
+         {-1, 0, 1},
+         {1, 2, 1},
+         1,
+         zeliBorderReplicate,
+         true},
+        {"Motion blur",
+         "A mean of 61 pixels along the rows. What leaves on one side comes in on the other.",
+         Taps(61, 1),
+         {1},
+         61,
+         zeliBorderWrap,
+         false},
+        {"Falling",
+         "A mean of 41 pixels above each pixel, by an anchor at the end of the kernel.",
+         {1},
+         Taps(41, 1),
+         41,
+         zeliBorderReplicate,
+         false},
+        {"Second derivative",
+         "The taps 1 -2 1 along the rows and 1 2 1 down the columns, around middle gray.",
+         {1, -2, 1},
+         {1, 2, 1},
+         1,
+         zeliBorderReplicate,
+         true}};
     for (const Row& row : rows)
-        section.figures.push_back({.title = row.title, .sentence = row.sentence, .draw = [&source, row](Calls& calls) {
+        section.add(row.title, row.sentence, [&source, row](Calls& calls) {
             Kernel<Zel16s> kernel{.row = row.row, .column = row.column, .rowDivisor = 1, .columnDivisor = row.divisor};
             if (row.column.size() == 41) kernel.columnAnchor = 40;
             const Outside<Zel8u> outside{row.border, {}};
             if (row.aroundZero)
                 return aroundGray(separable(calls, kRows8u16s, kColumns16s, source.colour.view(), kernel, outside));
             return separable(calls, kRows8u16s, kColumns16s8u, source.colour.view(), kernel, outside);
-        }});
+        });
     return section;
 }
 
 Section pipelinesSection(const Source& source)
 {
-    Section section{"pipelines", "The pipelines in all types and layouts",
-        "One blur, 1 6 15 20 15 6 1 in both directions, through every pair of halves. The middle of each result.", {}};
+    Section section{"pipelines",
+                    "The pipelines in all types and layouts",
+                    "One blur, 1 6 15 20 15 6 1 in both directions, through every pair of halves. The middle of each result.",
+                    {}};
     const auto add = [&]<class S, class M, class D>(const char* title, const char* sentence, const RowHalves<S, M>& rows,
                                                     const ColumnHalves<M, D>& columns, Kernel<M> kernel, double gain) {
         for (const bool colour : {false, true})
-            section.figures.push_back({.title = title + std::string(colour ? ", three channels" : ", one channel"),
-                .sentence = sentence,
-                .draw = [&source, &rows, &columns, kernel, gain, colour](Calls& calls) {
-                    const Image<S> src = convert<S>(colour ? source.colour : source.gray);
-                    return detail(brightness(separable(calls, rows, columns, src.view(), kernel, Outside<S>{}), gain));
-                }});
+            section.add(title + std::string(colour ? ", three channels" : ", one channel"), sentence,
+                        [&source, &rows, &columns, kernel, gain, colour](Calls& calls) {
+                            const Image<S> src = convert<S>(colour ? source.colour : source.gray);
+                            return detail(
+                                brightness(separable(calls, rows, columns, src.view(), kernel, Outside<S>{}), gain));
+                        });
     };
     const auto kernel = [](int rowDivisor, int columnDivisor) {
         return Kernel<Zel16s>{
@@ -227,7 +264,8 @@ Section pipelinesSection(const Source& source)
     add("8u, 16s rows, 8s", "Divided by twice as much, so that it fits; shown twice as bright.", kRows8u16s, kColumns16s8s,
         kernel(1, 8192), 2);
     add("16s", "16-bit pixels throughout, with limits.", kRows16s, kColumns16s, kernel(64, 64), 1);
-    add("16s in wrapping fixed point", "16-bit pixels throughout, without limits.", kRowsLow16s, kColumnsLow16s, kernel(64, 64), 1);
+    add("16s in wrapping fixed point", "16-bit pixels throughout, without limits.", kRowsLow16s, kColumnsLow16s,
+        kernel(64, 64), 1);
     add("32f", "Single precision throughout.", kRows32f, kColumns32f, inFloat, 1);
     return section;
 }
@@ -245,16 +283,17 @@ std::vector<T> sobelTaps(Calls& calls, int size, int order)
 
 Section generatedSection(const Source& source)
 {
-    Section section{"generated", "Kernels of any size",
-        "Taps of derivative filters of any odd size and order, and what they do to the picture.", {}};
+    Section section{"generated",
+                    "Kernels of any size",
+                    "Taps of derivative filters of any odd size and order, and what they do to the picture.",
+                    {}};
     constexpr int shortKernel = 9, longKernel = 33, applied = 15;
     const auto add = [&]<class T>(T, int size, int order, const char* type) {
-        section.figures.push_back({.title = "Order " + std::to_string(order) + ", " + std::to_string(size) + " taps, " + type,
-            .sentence = "",
-            .plot = [=](Calls& calls) {
-                const std::vector<T> taps = sobelTaps<T>(calls, size, order);
-                return std::vector<double>(taps.begin(), taps.end());
-            }});
+        section.add("Order " + std::to_string(order) + ", " + std::to_string(size) + " taps, " + type, "", {});
+        section.figures.back().plot = [=](Calls& calls) {
+            const std::vector<T> taps = sobelTaps<T>(calls, size, order);
+            return std::vector<double>(taps.begin(), taps.end());
+        };
     };
     for (int order = 0; order <= 4; ++order) add(Zel16s(), shortKernel, order, "16s");
     for (int order = 0; order <= 4; ++order) add(Zel32f(), longKernel, order, "32f");
@@ -272,56 +311,55 @@ Section generatedSection(const Source& source)
                         {4, 0, "Fourth derivative to the right."},
                         {2, 2, "Second derivative of the second derivative."}};
     for (const Row& row : rows)
-        section.figures.push_back({.title = "Orders " + std::to_string(row.right) + " and " + std::to_string(row.down) + ", 15 by 15",
-            .sentence = row.sentence, .draw = [&source, row](Calls& calls) {
-                Kernel<Zel32f> kernel{sobelTaps<Zel32f>(calls, applied, row.right), sobelTaps<Zel32f>(calls, applied, row.down)};
-                const bool blur = row.right + row.down == 0;
-                const auto result = separable(calls, kRows32f, kColumns32f, convert<Zel32f>(source.gray).view(), kernel,
-                                              Outside<Zel32f>{zeliBorderReflect, {}});
-                const double sum = std::accumulate(kernel.row.begin(), kernel.row.end(), 0.0);
-                return blur ? brightness(result, 1 / (sum * sum)) : aroundGray(result);
-            }});
+        section.add("Orders " + std::to_string(row.right) + " and " + std::to_string(row.down) + ", 15 by 15", row.sentence,
+                    [&source, row](Calls& calls) {
+                        Kernel<Zel32f> kernel{sobelTaps<Zel32f>(calls, applied, row.right),
+                                              sobelTaps<Zel32f>(calls, applied, row.down)};
+                        const bool blur = row.right + row.down == 0;
+                        const auto result = separable(calls, kRows32f, kColumns32f, convert<Zel32f>(source.gray).view(),
+                                                      kernel, Outside<Zel32f>{zeliBorderReflect, {}});
+                        const double sum = std::accumulate(kernel.row.begin(), kernel.row.end(), 0.0);
+                        return blur ? brightness(result, 1 / (sum * sum)) : aroundGray(result);
+                    });
     return section;
 }
 
 Section differencesSection(const Source& source)
 {
     Section section{"differences", "Absolute difference", "How far two pictures are apart, pixel by pixel.", {}};
-    const auto add = [&](const char* title, const char* sentence, std::function<Picture(Calls&)> draw) {
-        section.figures.push_back({.title = title, .sentence = sentence, .draw = std::move(draw)});
-    };
     const auto toShort = [](const Picture& picture) {
         return mapElements<Zel16u>(picture, [](Zel8u value) { return Zel16u(257 * value); });
     };
     const auto toUnit = [](const Picture& picture) {
         return mapElements<Zel32f>(picture, [](Zel8u value) { return value / 255.0f; });
     };
-    add("Moved picture", "The gray picture and the same moved by 3 pixels to the right and 2 down.", [&](Calls& calls) {
-        return pictureDifference(calls, source.gray, moved(source.gray, 3, 2));
-    });
-    add("Moved picture in colour", "The same with three channels.", [&](Calls& calls) {
-        return pictureDifference(calls, source.colour, moved(source.colour, 3, 2));
-    });
+    section.add("Moved picture", "The gray picture and the same moved by 3 pixels to the right and 2 down.",
+                [&](Calls& calls) { return pictureDifference(calls, source.gray, moved(source.gray, 3, 2)); });
+    section.add("Moved picture in colour", "The same with three channels.",
+                [&](Calls& calls) { return pictureDifference(calls, source.colour, moved(source.colour, 3, 2)); });
     const auto blurred = [&] {
         Calls unmeasured;
         const Kernel<Zel16s> kernel{.row = Taps(9, 1), .column = Taps(9, 1), .rowDivisor = 1, .columnDivisor = 81};
         return separable(unmeasured, kRows8u16s, kColumns16s8u, source.gray.view(), kernel, Outside<Zel8u>{});
     };
-    add("What a blur takes away, 16u", "The gray picture and its mean of 9 by 9, in 16 bits; shown three times as bright.",
+    section.add(
+        "What a blur takes away, 16u", "The gray picture and its mean of 9 by 9, in 16 bits; shown three times as bright.",
         [=, &source](Calls& calls) {
             return brightness(absDiff(calls, ZELCV_FUNCTION(zeliAbsDiff_16u_C1R), toShort(source.gray), toShort(blurred())),
                               3 / 257.0);
         });
-    add("What a blur takes away, 32f", "The same in single precision.", [=, &source](Calls& calls) {
-        return brightness(absDiff(calls, ZELCV_FUNCTION(zeliAbsDiff_32f_C1R), toUnit(source.gray), toUnit(blurred())), 3 * 255);
+    section.add("What a blur takes away, 32f", "The same in single precision.", [=, &source](Calls& calls) {
+        return brightness(absDiff(calls, ZELCV_FUNCTION(zeliAbsDiff_32f_C1R), toUnit(source.gray), toUnit(blurred())),
+                          3 * 255);
     });
-    add("Distance from middle gray", "The gray picture and the constant 128; shown twice as bright.", [&](Calls& calls) {
-        return brightness(absDiffC(calls, ZELCV_FUNCTION(zeliAbsDiffC_8u_C1R), source.gray, 128), 2);
-    });
-    add("Distance from black, 16u", "16-bit pixels and the constant 0: the picture itself.", [=, &source](Calls& calls) {
-        return brightness(absDiffC(calls, ZELCV_FUNCTION(zeliAbsDiffC_16u_C1R), toShort(source.gray), 0), 1 / 257.0);
-    });
-    add("Distance from white, 32f", "Single precision and the constant 1: the negative.", [=, &source](Calls& calls) {
+    section.add(
+        "Distance from middle gray", "The gray picture and the constant 128; shown twice as bright.",
+        [&](Calls& calls) { return brightness(absDiffC(calls, ZELCV_FUNCTION(zeliAbsDiffC_8u_C1R), source.gray, 128), 2); });
+    section.add(
+        "Distance from black, 16u", "16-bit pixels and the constant 0: the picture itself.", [=, &source](Calls& calls) {
+            return brightness(absDiffC(calls, ZELCV_FUNCTION(zeliAbsDiffC_16u_C1R), toShort(source.gray), 0), 1 / 257.0);
+        });
+    section.add("Distance from white, 32f", "Single precision and the constant 1: the negative.", [=, &source](Calls& calls) {
         return brightness(absDiffC(calls, ZELCV_FUNCTION(zeliAbsDiffC_32f_C1R), toUnit(source.gray), 1.0f), 255);
     });
     return section;
@@ -331,9 +369,9 @@ Section differencesSection(const Source& source)
 
 std::vector<Section> planFigures(const Source& source)
 {
-    return {pictureSection(source),   edgesSection(source),     derivativesSection(source), kernelsSection(source),
-            bordersSection(source),   generatedSection(source), differencesSection(source), typesSection(source),
-            pipelinesSection(source)};
+    return {pictureSection(source),     edgesSection(source),   derivativesSection(source),
+            kernelsSection(source),     bordersSection(source), generatedSection(source),
+            differencesSection(source), typesSection(source),   pipelinesSection(source)};
 }
 
 } // namespace app

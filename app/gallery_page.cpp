@@ -11,16 +11,18 @@ namespace app {
 namespace {
 
 const char* const kStyle = R"(
-:root { color-scheme: light dark; --paper: #faf9f7; --card: #fff; --ink: #22252a; --faint: #6b7078; --line: #e2e0dc; --mark: #b4532a; }
+:root { color-scheme: light dark; --paper: #faf9f7; --card: #fff; --ink: #22252a; --faint: #6b7078; --line: #e2e0dc;
+  --mark: #b4532a; }
 @media (prefers-color-scheme: dark) {
   :root { --paper: #16181b; --card: #1e2125; --ink: #e6e4e0; --faint: #9a9fa6; --line: #31353a; --mark: #f0a070; }
 }
 * { box-sizing: border-box; }
-html { scroll-behavior: smooth; -webkit-text-size-adjust: 100%; }
+html { -webkit-text-size-adjust: 100%; }
 body { margin: 0; background: var(--paper); color: var(--ink); font: 1rem/1.5 system-ui, sans-serif; }
 main, header, footer { max-width: 84rem; margin: 0 auto; padding: 0 clamp(1rem, 4vw, 2.5rem); }
 header { padding-top: clamp(1.5rem, 5vw, 3.5rem); }
-h1 { font-size: clamp(1.7rem, 5vw, 2.6rem); line-height: 1.15; margin: 0 0 .3rem; letter-spacing: -.02em; overflow-wrap: anywhere; }
+h1 { font-size: clamp(1.7rem, 5vw, 2.6rem); line-height: 1.15; margin: 0 0 .3rem; letter-spacing: -.02em;
+  overflow-wrap: anywhere; }
 h2 { font-size: 1.5rem; margin: 3.2rem 0 .2rem; letter-spacing: -.01em; scroll-margin-top: 1rem; }
 h3 { font-size: 1rem; margin: 0; }
 p { margin: .25rem 0; max-width: 46rem; }
@@ -30,7 +32,8 @@ nav ul { display: flex; flex-wrap: wrap; gap: .4rem; padding: 0; margin: 1.2rem 
 nav a { display: block; padding: .3rem .8rem; border: 1px solid var(--line); border-radius: 2rem; background: var(--card);
   color: var(--ink); text-decoration: none; font-size: .9rem; }
 nav a:hover { border-color: var(--mark); color: var(--mark); }
-.grid { display: grid; gap: 1.2rem; margin-top: 1.1rem; grid-template-columns: repeat(auto-fill, minmax(min(100%, 19rem), 1fr)); }
+.grid { display: grid; gap: 1.2rem; margin-top: 1.1rem;
+  grid-template-columns: repeat(auto-fill, minmax(min(100%, 19rem), 1fr)); }
 figure { margin: 0; background: var(--card); border: 1px solid var(--line); border-radius: .7rem; overflow: hidden; }
 figure:target { border-color: var(--mark); box-shadow: 0 0 0 2px var(--mark); }
 figure.large { grid-column: 1 / -1; max-width: 48rem; }
@@ -47,6 +50,7 @@ table { border-collapse: collapse; width: 100%; font-size: .9rem; font-variant-n
 th, td { padding: .35rem .9rem; text-align: right; white-space: nowrap; border-top: 1px solid var(--line); }
 th { border-top: 0; font-weight: 600; color: var(--faint); }
 th:first-child, td:first-child { text-align: left; }
+td a { text-decoration: none; }
 summary { cursor: pointer; margin-top: 1.5rem; }
 footer { padding-top: 2rem; padding-bottom: 3rem; font-size: .9rem; }
 )";
@@ -55,11 +59,20 @@ std::string escaped(const std::string& text)
 {
     std::string result;
     for (const char c : text) switch (c) {
-        case '&': result += "&amp;"; break;
-        case '<': result += "&lt;"; break;
-        case '>': result += "&gt;"; break;
-        case '"': result += "&quot;"; break;
-        default: result += c;
+        case '&':
+            result += "&amp;";
+            break;
+        case '<':
+            result += "&lt;";
+            break;
+        case '>':
+            result += "&gt;";
+            break;
+        case '"':
+            result += "&quot;";
+            break;
+        default:
+            result += c;
         }
     return result;
 }
@@ -76,11 +89,12 @@ std::string escaped(const std::string& text)
 
 double pixels(ZeliSize size) { return double(size.width) * size.height; }
 
-// "0.412 ms, 1.34 ns per pixel of 640 x 480", or nanoseconds where there are no pixels.
+// "0.412 ms, 1.34 ns per pixel of 640 x 480", or the time alone where there are no pixels.
 std::string timeText(double nanoseconds, ZeliSize size)
 {
-    if (pixels(size) == 0) return format("%.0f ns", nanoseconds);
-    return format("%.3g ms, %.2f ns per pixel of %s", nanoseconds / 1e6, nanoseconds / pixels(size), sizeText(size).c_str());
+    const std::string time = nanoseconds < 1e4 ? format("%.0f ns", nanoseconds) : format("%.3g ms", nanoseconds / 1e6);
+    if (pixels(size) == 0) return time;
+    return time + format(", %.2f ns per pixel of %s", nanoseconds / pixels(size), sizeText(size).c_str());
 }
 
 std::string barPlot(const std::vector<double>& values)
@@ -101,8 +115,9 @@ std::string barPlot(const std::vector<double>& values)
 // The taps themselves, where they are few.
 std::string tapList(const std::vector<double>& values)
 {
-    if (values.size() > 15) return "From " + format("%.6g to %.6g.", *std::min_element(values.begin(), values.end()),
-                                                    *std::max_element(values.begin(), values.end()));
+    if (values.size() > 15)
+        return "From " + format("%.6g to %.6g.", *std::min_element(values.begin(), values.end()),
+                                *std::max_element(values.begin(), values.end()));
     std::string text;
     for (const double value : values) text += format(text.empty() ? "%.6g" : ", %.6g", value);
     return text;
@@ -114,8 +129,8 @@ std::string figureHtml(const Figure& figure, const Drawn& drawn, const std::stri
     if (figure.plot)
         html += barPlot(drawn.numbers);
     else
-        html += "<a href=\"" + drawn.file + "\"><img src=\"" + drawn.file + "\" alt=\"" + escaped(figure.title) + "\" loading=\"lazy\"" +
-                (drawn.size.width < 200 ? " class=\"small\"" : "") +
+        html += "<a href=\"" + drawn.file + "\"><img src=\"" + drawn.file + "\" alt=\"" + escaped(figure.title) +
+                "\" loading=\"lazy\"" + (drawn.size.width < 200 ? " class=\"small\"" : "") +
                 format(" width=\"%d\" height=\"%d\"></a>\n", drawn.size.width, drawn.size.height);
     if (drawn.functions.empty()) return html + "</figure>\n";
     html += "<figcaption>\n<h3>" + escaped(figure.title) + "</h3>\n";
@@ -128,7 +143,8 @@ std::string figureHtml(const Figure& figure, const Drawn& drawn, const std::stri
 template <class Accept>
 std::string functionTable(const std::map<std::string, FunctionTimes>& functions, Accept accept)
 {
-    std::string html = "<div class=\"scroll\"><table>\n<tr><th>Function</th><th>Region</th><th>Median time</th><th>Per pixel</th></tr>\n";
+    std::string html =
+        "<div class=\"scroll\"><table>\n<tr><th>Function</th><th>Region</th><th>Median time</th><th>Per pixel</th></tr>\n";
     for (const auto& [name, times] : functions) {
         if (!accept(name)) continue;
         const double time = median(times.nanoseconds), area = pixels(times.size);
@@ -148,30 +164,35 @@ std::string galleryHtml(const GalleryPage& page)
     Zel32s threads = 0;
     zelGetNumThreads(&threads);
     const std::string heading = escaped(page.heading);
-    std::string html = "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-                       "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" +
-                       heading + " through zelcv</title>\n<style>" + kStyle + "</style>\n</head>\n<body>\n<header>\n<h1>" + heading +
-                       "</h1>\n<p class=\"faint\">" + escaped(page.origin) +
-                       " Everything below was made from it by zelcv, with the functions named under each figure. Times are medians "
-                       "of a few calls on " + std::to_string(threads) + (threads == 1 ? " thread" : " threads") +
-                       ". A click on a picture shows it in full size.</p>\n<nav aria-label=\"Contents\"><ul>\n";
-    for (const Section& section : page.sections) html += "<li><a href=\"#" + section.id + "\">" + section.title + "</a></li>\n";
+    std::string html =
+        "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+        "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" +
+        heading + " through zelcv</title>\n<style>" + kStyle + "</style>\n</head>\n<body>\n<header>\n<h1>" + heading +
+        "</h1>\n<p class=\"faint\">" + escaped(page.origin) +
+        " Everything below was made from it by zelcv, with the functions named under each figure. Times are medians "
+        "of a few calls on " +
+        std::to_string(threads) + (threads == 1 ? " thread" : " threads") +
+        ". A click on a picture shows it in full size.</p>\n<nav aria-label=\"Contents\"><ul>\n";
+    for (const Section& section : page.sections)
+        html += "<li><a href=\"#" + section.id + "\">" + section.title + "</a></li>\n";
     html += "<li><a href=\"#functions\">All functions</a></li>\n</ul></nav>\n</header>\n<main>\n";
     for (std::size_t s = 0; s < page.sections.size(); ++s) {
         const Section& section = page.sections[s];
-        html += "<section>\n<h2 id=\"" + section.id + "\">" + section.title + "</h2>\n<p class=\"faint\">" + section.introduction +
-                "</p>\n<div class=\"grid\">\n";
+        html += "<section>\n<h2 id=\"" + section.id + "\">" + section.title + "</h2>\n<p class=\"faint\">" +
+                section.introduction + "</p>\n<div class=\"grid\">\n";
         for (std::size_t i = 0; i < section.figures.size(); ++i)
             html += figureHtml(section.figures[i], page.drawn[s][i], figureId(section, i));
         html += "</div>\n</section>\n";
     }
-    html += "<section>\n<h2 id=\"functions\">All functions</h2>\n<p class=\"faint\">What one call took on the largest region that it "
+    html += "<section>\n<h2 id=\"functions\">All functions</h2>\n<p class=\"faint\">What one call took on the largest region "
+            "that it "
             "was used for on this page. The names lead to a figure.</p>\n";
     html += functionTable(page.functions, [](const std::string& name) { return !isSizeFunction(name); });
     html += "<details>\n<summary>Functions that say how much scratch memory another one needs</summary>\n";
     html += functionTable(page.functions, [](const std::string& name) { return isSizeFunction(name); });
     html += "</details>\n</section>\n</main>\n<footer class=\"faint\">\n<p>Made by zelcv, version " +
-            escaped(zelcvGetLibVersion()->version) + ", variant " + libraryVariant() + ": " + std::to_string(page.functions.size()) +
+            escaped(zelcvGetLibVersion()->version) + ", variant " + libraryVariant() + ": " +
+            std::to_string(page.functions.size()) +
             " functions and <code>zelcvGetLibVersion</code> at work.</p>\n</footer>\n</body>\n</html>\n";
     return html;
 }

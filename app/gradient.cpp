@@ -30,12 +30,14 @@ void run(const Options& options)
 
 void addGradientCommand(CLI::App& program)
 {
-    CLI::App* command = program.add_subcommand("gradient",
+    CLI::App* command = program.add_subcommand(
+        "gradient",
         "Show the gradient: the derivatives to the right and downwards around middle gray, and their strength on black");
     const auto options = std::make_shared<Options>();
     options->files.addTo(*command);
     command->add_option("--aperture", options->aperture, "Size of the Sobel filters: 3 or 5")
-        ->check(CLI::IsMember({3, 5}))->capture_default_str();
+        ->check(CLI::IsMember({3, 5}))
+        ->capture_default_str();
     command->add_flag("--scharr", options->scharr, "Scharr filters instead of Sobel");
     command->callback([=] { run(*options); });
 }

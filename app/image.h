@@ -88,7 +88,7 @@ private:
     Block memory_;
 };
 
-using Picture = Image<Zel8u>;           // what files hold: gray, or red, green and blue
+using Picture = Image<Zel8u>; // what files hold: gray, or red, green and blue
 using PictureView = View<const Zel8u>;
 
 inline bool sameSize(ZeliSize a, ZeliSize b) { return a.width == b.width && a.height == b.height; }

@@ -19,10 +19,7 @@ std::string libraryPath()
     return failure ? info.dli_fname : path.string();
 }
 
-const char* libraryVariant()
-{
-    return std::string(zelcvGetLibVersion()->targetCode) == "v3" ? "x86-64-v3" : "baseline";
-}
+const char* libraryVariant() { return std::string(zelcvGetLibVersion()->targetCode) == "v3" ? "x86-64-v3" : "baseline"; }
 
 std::vector<std::string> listedExports() { return {std::begin(kExportNames), std::end(kExportNames)}; }
 

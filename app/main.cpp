@@ -16,8 +16,10 @@ int complain(const std::string& message, int status)
 int main(int argc, char** argv)
 {
     CLI::App program("Image processing with the zelcv library: PNG and JPEG in, PNG out.", "zelcv");
-    program.footer("zelcv COMMAND --help tells more about a command. Without a picture every command works on a scene that it draws itself.\n"
-                   "Exit status: 0 done, 1 not possible (one line on standard error says why), 2 a mistake in the command line.");
+    program.footer(
+        "zelcv COMMAND --help tells more about a command. Without a picture every command works on a scene that it draws "
+        "itself.\n"
+        "Exit status: 0 done, 1 not possible (one line on standard error says why), 2 a mistake in the command line.");
     program.require_subcommand(1);
     app::addEdgesCommand(program);
     app::addGradientCommand(program);
@@ -25,6 +27,8 @@ int main(int argc, char** argv)
     app::addFilterCommand(program);
     app::addGalleryCommand(program);
     app::addInfoCommand(program);
+    if (argc > 1 && argv[1][0] != '-' && !program.get_subcommand_no_throw(argv[1]))
+        return complain("there is no command '" + std::string(argv[1]) + "' (zelcv --help lists them)", 2);
     try {
         program.parse(argc, argv);
         return 0;

@@ -60,9 +60,7 @@ Distance circle(Point centre, float radius)
 
 Distance box(Point corner, Point opposite)
 {
-    return [=](Point p) {
-        return std::max({corner.x - p.x, p.x - opposite.x, corner.y - p.y, p.y - opposite.y});
-    };
+    return [=](Point p) { return std::max({corner.x - p.x, p.x - opposite.x, corner.y - p.y, p.y - opposite.y}); };
 }
 
 Distance stroke(Point a, Point b, float width)
@@ -104,7 +102,8 @@ public:
     }
     void fill(const Distance& shape, Colour colour, float opacity = 1)
     {
-        fill(shape, [=](Point) { return colour; }, opacity);
+        fill(
+            shape, [=](Point) { return colour; }, opacity);
     }
     Picture picture() const
     {
@@ -113,7 +112,8 @@ public:
             for (int x = 0; x < kWidth; ++x) {
                 const Colour& colour = pixels_[std::size_t(y * kWidth + x)];
                 const float channels[] = {colour.r, colour.g, colour.b};
-                for (int c = 0; c < 3; ++c) picture.row(y)[3 * x + c] = toByte(channels[c] + 3 * grain(x, y, unsigned(90 + c)));
+                for (int c = 0; c < 3; ++c)
+                    picture.row(y)[3 * x + c] = toByte(channels[c] + 3 * grain(x, y, unsigned(90 + c)));
             }
         return picture;
     }
@@ -130,7 +130,8 @@ constexpr Point kSun{436, 212};
 Colour sky(Point p)
 {
     const float t = p.y / kHorizon;
-    const Colour air = t < 0.6f ? mix({36, 62, 122}, {142, 128, 172}, t / 0.6f) : mix({142, 128, 172}, {255, 196, 142}, (t - 0.6f) / 0.4f);
+    const Colour air =
+        t < 0.6f ? mix({36, 62, 122}, {142, 128, 172}, t / 0.6f) : mix({142, 128, 172}, {255, 196, 142}, (t - 0.6f) / 0.4f);
     const float glow = std::exp(-std::hypot(p.x - kSun.x, p.y - kSun.y) / 70);
     const float cloud = std::clamp(roughness(p.x / 110, p.y / 26, 7) - 0.25f, 0.0f, 1.0f) * (1 - t * 0.5f);
     return mix(mix(air, {255, 214, 150}, glow), {250, 206, 196}, cloud * 0.55f);
@@ -146,11 +147,15 @@ void drawLand(Canvas& canvas)
     unsigned seed = 20;
     for (const Range& range : ranges) {
         seed += 10;
-        const auto ridge = [=](Point p) { return range.base - range.height * (0.35f + 0.6f * roughness(p.x / range.scale, 0, seed)) - p.y; };
-        canvas.fill([=](Point p) { return std::max(ridge(p), p.y - kHorizon); }, [=](Point p) {
-            const float light = 14 * roughness(p.x / 9, p.y / 9, seed + 5) + 0.35f * (p.y - range.base + range.height);
-            return Colour{range.colour.r + light, range.colour.g + light, range.colour.b + light};
-        });
+        const auto ridge = [=](Point p) {
+            return range.base - range.height * (0.35f + 0.6f * roughness(p.x / range.scale, 0, seed)) - p.y;
+        };
+        canvas.fill([=](Point p) { return std::max(ridge(p), p.y - kHorizon); },
+                    [=](Point p) {
+                        const float light =
+                            14 * roughness(p.x / 9, p.y / 9, seed + 5) + 0.35f * (p.y - range.base + range.height);
+                        return Colour{range.colour.r + light, range.colour.g + light, range.colour.b + light};
+                    });
     }
 }
 
@@ -187,7 +192,12 @@ void drawLighthouse(Canvas& canvas)
     for (float x : {82.0f, 98.0f, 114.0f}) canvas.fill(stroke({x, 74}, {x, 104}, 2.2f), {38, 38, 52});
     canvas.fill(polygon({{98, 48}, {120, 75}, {76, 75}}), {168, 44, 40});
     canvas.fill(stroke({98, 34}, {98, 50}, 2), {38, 38, 52});
-    canvas.fill(polygon({{114, 84}, {420, 26}, {420, 78}, {114, 94}}), [](Point) { return Colour{255, 244, 196}; }, 0.13f);
+    canvas.fill(
+        polygon({{114, 84}, {660, -16}, {660, 62}, {114, 94}}),
+        [](Point) {
+            return Colour{255, 244, 196};
+        },
+        0.13f);
 }
 
 void drawBoat(Canvas& canvas)
@@ -209,7 +219,8 @@ void drawBoard(Canvas& canvas)
     for (float x : {452.0f, 592.0f}) canvas.fill(box({x - 6, 380}, {x + 6, 480}), {70, 48, 36});
     canvas.fill(box({430, 352}, {616, 448}), {54, 36, 28});
     canvas.fill(box({434, 356}, {612, 444}), [](Point p) {
-        const float wood = 18 * roughness(p.x / 60, p.y / 3, 71) + 8 * std::sin(p.y / 2.2f + 3 * roughness(p.x / 80, p.y / 30, 75));
+        const float wood =
+            18 * roughness(p.x / 60, p.y / 3, 71) + 8 * std::sin(p.y / 2.2f + 3 * roughness(p.x / 80, p.y / 30, 75));
         return Colour{190 + wood, 146 + wood, 98 + wood * 0.8f};
     });
     // Letters as polylines in a box of 4 x 6, as on a drawing machine.
@@ -231,7 +242,8 @@ void drawBoard(Canvas& canvas)
         for (int word = 0; word < 22; ++word) {
             const Point at{452 + 6.6f * float(word), 418 + 12 * float(line)};
             const float tilt = 3 * grain(word, line, 77);
-            if (grain(word, line, 78) > -0.7f) canvas.fill(stroke({at.x - tilt, at.y - 3}, {at.x + tilt, at.y + 3}, 1.3f), {66, 44, 34});
+            if (grain(word, line, 78) > -0.7f)
+                canvas.fill(stroke({at.x - tilt, at.y - 3}, {at.x + tilt, at.y + 3}, 1.3f), {66, 44, 34});
         }
 }
 

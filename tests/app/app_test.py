@@ -1,0 +1,275 @@
+#!/usr/bin/env python3
+"""Runs the program zelcv as a user would: app_test.py PROGRAM EXPORTS_DEF VARIANT [LAUNCHER...]"""
+import base64
+import os
+import random
+import re
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+import zlib
+
+PROGRAM, EXPORTS_DEF = map(os.path.abspath, sys.argv[1:3])
+VARIANT, *LAUNCHER = sys.argv[3:]
+CHANNELS = {0: 1, 2: 3, 3: 1, 4: 2, 6: 4}
+# 16 x 8 pixels in colour, the left half (200, 40, 40) and the right half (40, 40, 200); 8 x 8 pixels of gray 60.
+COLOUR_JPEG = base64.b64decode("""
+/9j/4AAQSkZJRgABAQAAAQABAAD/2wBDAA0JCgsKCA0LCgsODg0PEyAVExISEyccHhcgLikxMC4pLSwzOko+MzZGNywtQFdBRkxOUlNSMj5aYV
+pQYEpRUk//2wBDAQ4ODhMREyYVFSZPNS01T09PT09PT09PT09PT09PT09PT09PT09PT09PT09PT09PT09PT09PT09PT09PT09PT0//wAARCAAI
+ABADASIAAhEBAxEB/8QAFQABAQAAAAAAAAAAAAAAAAAAAAX/xAAUEAEAAAAAAAAAAAAAAAAAAAAA/8QAFQEBAQAAAAAAAAAAAAAAAAAABAX/xA
+AZEQACAwEAAAAAAAAAAAAAAAAABUKBwUP/2gAMAwEAAhEDEQA/AIyaB6PpWlNxC8P/2Q==""")
+GRAY_JPEG = base64.b64decode("""
+/9j/4AAQSkZJRgABAQAAAQABAAD/2wBDABsSFBcUERsXFhceHBsgKEIrKCUlKFE6PTBCYFVlZF9VXVtqeJmBanGQc1tdhbWGkJ6jq62rZ4C8yb
+qmx5moq6T/wAALCAAIAAgBAREA/8QAFAABAAAAAAAAAAAAAAAAAAAABf/EABQQAQAAAAAAAAAAAAAAAAAAAAD/2gAIAQEAAD8ALf/Z""")
+
+
+def png(width, height, kind, rows, depth=8, extra=b""):
+    """A PNG file of rows of raw bytes; `kind` is PNG's colour type."""
+    def chunk(name, data):
+        return struct.pack(">I", len(data)) + name + data + struct.pack(">I", zlib.crc32(name + data))
+    header = struct.pack(">IIBBBBB", width, height, depth, kind, 0, 0, 0)
+    pixels = zlib.compress(b"".join(b"\0" + bytes(row) for row in rows))
+    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + extra + chunk(b"IDAT", pixels) + chunk(b"IEND", b"")
+
+
+def gray_png(rows):
+    return png(len(rows[0]), len(rows), 0, rows)
+
+
+def read_png(path, undo_filters=True):
+    """Returns width, height, channels and the rows of an 8-bit PNG file, after checking that it is whole."""
+    with open(path, "rb") as file:
+        data = file.read()
+    assert data[:8] == b"\x89PNG\r\n\x1a\n", path
+    at, packed = 8, b""
+    while at < len(data):
+        (length,), name = struct.unpack(">I", data[at:at + 4]), data[at + 4:at + 8]
+        body = data[at + 8:at + 8 + length]
+        assert struct.unpack(">I", data[at + 8 + length:at + 12 + length])[0] == zlib.crc32(name + body), path
+        at += 12 + length
+        if name == b"IHDR":
+            width, height, depth, kind = struct.unpack(">IIBB", body[:10])
+        packed += body if name == b"IDAT" else b""
+    assert name == b"IEND" and depth == 8, path
+    channels, raw, rows = CHANNELS[kind], zlib.decompress(packed), []
+    assert len(raw) == height * (width * channels + 1), path
+    if not undo_filters:
+        return width, height, channels, raw
+    before = bytearray(width * channels)
+    for y in range(height):
+        start = y * (width * channels + 1)
+        rule, row = raw[start], bytearray(raw[start + 1:start + 1 + width * channels])
+        for i in range(len(row)) if rule else ():
+            left, up, corner = (row[i - channels], before[i], before[i - channels]) if i >= channels else (0, before[i], 0)
+            nearest = min((abs(up - corner), 0, left), (abs(left - corner), 1, up), (abs(left + up - 2 * corner), 2, corner))
+            row[i] = (row[i] + (0, left, up, (left + up) // 2, nearest[2])[rule]) & 255
+        rows.append(row)
+        before = row
+    return width, height, channels, [list(row) for row in rows]
+
+
+class Program(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = folder.name
+
+    def path(self, name, content=None):
+        path = os.path.join(self.folder, name)
+        if content is not None:
+            with open(path, "wb") as file:
+                file.write(content)
+        return path
+
+    def run_program(self, *arguments):
+        return subprocess.run([*LAUNCHER, PROGRAM, *arguments], cwd=self.folder, capture_output=True, text=True, check=False)
+
+    def succeed(self, *arguments):
+        result = self.run_program(*arguments)
+        self.assertEqual((0, ""), (result.returncode, result.stderr), arguments)
+        return result.stdout
+
+    def picture(self, *arguments):
+        """Runs a command that writes a picture, and reads that."""
+        self.succeed(*arguments, "-o", "out.png")
+        return read_png(self.path("out.png"))
+
+    def test_every_command_on_the_own_scene(self):
+        for arguments, width, channels in [
+                (["edges"], 640, 1), (["edges", "--aperture", "5"], 640, 1), (["edges", "--low", "20"], 640, 1),
+                (["gradient"], 3 * 640 + 12, 1), (["gradient", "--scharr"], 3 * 640 + 12, 1), (["diff"], 640, 3),
+                (["filter", "--row", "1,4,6,4,1"], 640, 3), (["filter", "--row", "-1,0,1", "--signed"], 640, 3),
+                (["filter", "--row", "0.5,2.25,0.5", "--float"], 640, 3)]:
+            with self.subTest(arguments):
+                self.assertEqual((width, 480, channels), self.picture(*arguments)[:3])
+                self.assertLess(3, len({value for row in read_png(self.path("out.png"))[3] for value in row})
+                                if arguments[0] != "edges" else 4)
+        self.assertEqual(["out.png"], os.listdir(self.folder))
+
+    def test_tiny_pictures(self):
+        for width, height in [(1, 1), (1, 9), (9, 1), (2, 3)]:
+            self.path("tiny.png", gray_png([[7 * x + 3 * y for x in range(width)] for y in range(height)]))
+            for arguments, wide in [(["edges"], width), (["gradient", "--aperture", "5"], 3 * width + 12),
+                                    (["filter", "--row", ",".join(["1"] * 10001), "--border", "reflect"], width),
+                                    (["filter", "--row", "1,1", "--border", "wrap"], width)]:
+                with self.subTest((width, height, arguments[0])):
+                    self.assertEqual((wide, height, 1), self.picture(arguments[0], "tiny.png", *arguments[1:])[:3])
+
+    def test_formats(self):
+        palette = struct.pack(">I", 6) + b"PLTE" + bytes([10, 20, 30, 40, 50, 60])
+        palette += struct.pack(">I", zlib.crc32(palette[4:]))
+        for name, content, wanted in [
+                ("palette", png(2, 1, 3, [[0, 1]], extra=palette), [10, 20, 30, 40, 50, 60]),
+                ("gray, 16 bits", png(2, 1, 0, [[10, 10, 200, 200]], depth=16), [10, 200]),
+                ("gray, 1 bit", png(2, 1, 0, [[0x40]], depth=1), [0, 255]),
+                ("gray with alpha", png(2, 1, 4, [[80, 255, 80, 0]]), [80, 255]),
+                ("colour with alpha", png(1, 1, 6, [[1, 2, 3, 255]]), [1, 2, 3])]:
+            with self.subTest(name):
+                self.path("in.any", content)
+                self.assertEqual(wanted, self.picture("filter", "in.any", "--row", "1")[3][0])
+        for content, size, wanted in [(COLOUR_JPEG, (16, 8, 3), [200, 40, 40]), (GRAY_JPEG, (8, 8, 1), [60])]:
+            self.path("in.png", content)  # the name does not count
+            *got, rows = self.picture("filter", "in.png", "--row", "1")
+            self.assertEqual(size, tuple(got))
+            for value, near in zip(rows[0], wanted):
+                self.assertLess(abs(value - near), 8)
+
+    def test_filter_equals_its_definition(self):
+        numbers = random.Random(1)
+        width, height, row, column, anchor, value = 5, 4, [1, 3, 0, 2], [2, 0, 1, 1, 5], 3, 9
+        outside = {"replicate": lambda i, n: min(max(i, 0), n - 1), "wrap": lambda i, n: i % n,
+                   "reflect": lambda i, n: abs((i + n - 1) % (2 * n - 2) - (n - 1)),
+                   "reflect-edge": lambda i, n: min(i % (2 * n), 2 * n - 1 - i % (2 * n)),
+                   "constant": lambda i, n: i if 0 <= i < n else None}
+        for channels, kind in [(1, 0), (3, 2)]:
+            src = [[[numbers.randrange(4) for _ in range(channels)] for _ in range(width)] for _ in range(height)]
+            self.path("in.png", png(width, height, kind, [sum(line, []) for line in src]))
+            for border, place in outside.items():
+                def pixel(x, y, c, place=place, src=src):
+                    x, y = place(x, width), place(y, height)
+                    return value if x is None or y is None else src[y][x][c]
+                wanted = [[sum(a * b * pixel(x - anchor + i, y - anchor + j, c)
+                               for i, a in enumerate(row) for j, b in enumerate(column))
+                           for x in range(width) for c in range(channels)] for y in range(height)]
+                wanted = [[min(number, 255) for number in line] for line in wanted]
+                for mode in [], ["--float"]:
+                    with self.subTest((channels, border, mode)):
+                        self.assertEqual(wanted, self.picture(
+                            "filter", "in.png", "--row", ",".join(map(str, row)), "--column", ",".join(map(str, column)),
+                            "--divisor", "1", "--anchor", str(anchor), "--border", border, "--value", str(value), *mode)[3])
+
+    def test_divisors(self):
+        self.path("flat.png", gray_png([[200] * 8] * 8))
+        for arguments, wanted in [(["--row", "1,4,6,4,1"], 200), (["--row", ",".join(["7"] * 1001)], 200),
+                                  (["--row", "30000,30000", "--column", "1"], 200), (["--row", "-1", "--column", "1"], 200),
+                                  (["--row", "1,2,1", "--divisor", "32"], 100), (["--row", "1", "--divisor", "-2"], 0),
+                                  (["--row", "-1,0,1"], 0), (["--row", "-1,0,1", "--signed"], 128)]:
+            with self.subTest(arguments):
+                value = self.picture("filter", "flat.png", *arguments)[3][4][4]
+                self.assertIn(value, (wanted, wanted - 1))  # the library cuts, and its reciprocal may lie below
+
+    def test_edges_are_where_they_must_be(self):
+        # A bright square: Canny marks a closed line, one pixel wide, on the first of the two pixels along each side.
+        self.path("square.png", gray_png([[200 * (10 <= x < 30 and 8 <= y < 24) for x in range(40)] for y in range(32)]))
+        for aperture in "3", "5":
+            edges = self.picture("edges", "square.png", "--aperture", aperture)[3]
+            found = {(x, y) for y in range(32) for x in range(40) if edges[y][x]}
+            self.assertEqual({255, 0}, {value for row in edges for value in row})
+            for y in range(12, 20):
+                self.assertEqual([9, 29], [x for x in range(40) if (x, y) in found])
+            for x in range(14, 26):
+                self.assertEqual([7, 23], [y for y in range(32) if (x, y) in found])
+            self.assertFalse([p for p in found if not (8 <= p[0] <= 30 and 6 <= p[1] <= 24)])
+
+    def test_gradient_and_difference(self):
+        self.path("step.png", gray_png([[20] * 8 + [220] * 8] * 8))
+        row = self.picture("gradient", "step.png")[3][4]
+        self.assertEqual((128, 255, 128), (row[3], row[8], row[12]))  # brighter to the right
+        self.assertEqual({128}, set(row[22:38]))                      # nothing downwards
+        self.assertEqual((0, 255), (row[44 + 2], row[44 + 8]))
+        self.path("other.png", gray_png([[25] * 8 + [200] * 8] * 8))
+        self.assertEqual([5] * 8 + [20] * 8, self.picture("diff", "step.png", "other.png")[3][0])
+        self.assertEqual([50] * 8 + [200] * 8, self.picture("diff", "step.png", "other.png", "--gain", "10")[3][0])
+        self.path("colour.png", png(16, 8, 2, [[20] * 48] * 8))
+        self.assertEqual((16, 8, 1), self.picture("diff", "step.png", "colour.png")[:3])
+
+    def test_nonsense(self):
+        good = gray_png([[random.Random(2).randrange(256) for _ in range(90)]] * 50)
+        files = {"good.png": good, "small.png": gray_png([[1, 2]]), "text.png": b"This is no picture.\n" * 9, "empty.png": b"",
+                 "cut.png": good[:len(good) // 2], "cut.jpg": COLOUR_JPEG[:-20], "head.jpg": COLOUR_JPEG[:60],
+                 "zero.png": png(0, 4, 0, [[]] * 4), "huge.png": png(900000, 900000, 0, [[0]]),
+                 "large.png": png(32000, 32000, 2, [[0]])}
+        for name, content in files.items():
+            self.path(name, content)
+        os.mkdir(self.path("folder"))
+        out = ["-o", "out.png"]
+        row = ["--row", "1,2,1"]
+        for arguments, status, message in [
+                (["edges", "none.png", *out], 1, "none.png: No such file"), (["edges", "folder", *out], 1, "folder: Is a dir"),
+                (["edges", "text.png", *out], 1, "text.png: neither a PNG nor a JPEG"),
+                (["edges", "empty.png", *out], 1, "empty.png: the file is empty"),
+                (["gradient", "cut.png", *out], 1, "cut.png: bad PNG"), (["gradient", "cut.jpg", *out], 1, "cut.jpg: bad JPEG"),
+                (["gradient", "head.jpg", *out], 1, "head.jpg: bad JPEG"), (["edges", "zero.png", *out], 1, "zero.png: "),
+                (["edges", "huge.png", *out], 1, "900000 x 900000 is too large"),
+                (["edges", "large.png", *out], 1, "32000 x 32000 is too large"),
+                (["diff", "good.png", "small.png", *out], 1, "good.png is 90 x 50, small.png is 2 x 1"),
+                (["diff", "good.png", *out], 2, "two pictures"), (["edges", "good.png", "-o", "no/out.png"], 1, "no/out.png: No such"),
+                (["edges", "good.png", "-o", "folder"], 1, "folder: this is a folder"),
+                (["edges", "good.png", "-o", "/dev/full"], 1, "/dev/full: No space"),
+                (["edges", "good.png"], 2, "--output is required"), ([], 2, "subcommand is required"), (["paint"], 2, "paint"),
+                (["edges", "--low", "9", "--high", "3", *out], 1, "0 <= low <= high"), (["edges", "--low", "-1", *out], 1, "low"),
+                (["edges", "--low", "nan", *out], 1, "low"), (["edges", "--low", "x", *out], 2, "--low"),
+                (["edges", "--aperture", "4", *out], 2, "--aperture"),
+                (["gradient", "--aperture", "5", "--scharr", *out], 1, "Scharr"),
+                (["filter", *out], 2, "--row is required"), (["filter", "--row", "1,x", *out], 2, "--row: 'x'"),
+                (["filter", "--row", "1,,1", *out], 2, "--row: ''"), (["filter", "--row", "0.5", *out], 2, "--float"),
+                (["filter", "--row", "1", "--column", "40000", *out], 2, "--column: '40000'"),
+                (["filter", *row, "--divisor", "0", *out], 1, "divisor must not be 0"),
+                (["filter", *row, "--divisor", "1.5", *out], 2, "integer"), (["filter", *row, "--anchor", "3", *out], 1, "anchor 3"),
+                (["filter", *row, "--border", "none", *out], 2, "--border"), (["filter", *row, "--value", "256", *out], 2, "--value"),
+                (["filter", "--row", ",".join(["32767"] * 300), *out], 1, "32 bits"),
+                (["gallery"], 2, "PICTURE"), (["gallery", "good.png"], 1, "good.png: "), (["gallery", "none.png", "new"], 1, "none"),
+                (["gallery", "folder", "--threads", "0"], 1, "--threads 0: ")]:
+            with self.subTest(arguments):
+                self.path("out.png", b"before")
+                result = self.run_program(*arguments)
+                self.assertEqual(status, result.returncode, result.stderr)
+                self.assertRegex(result.stderr, r"\Azelcv: [^\n]+\n\Z")
+                self.assertIn(message, result.stderr)
+                self.assertEqual("", result.stdout)
+                with open(self.path("out.png"), "rb") as file:
+                    self.assertEqual(b"before", file.read())
+        self.assertEqual(sorted([*files, "folder", "out.png"]), sorted(os.listdir(self.folder)))
+        self.assertEqual([], os.listdir(self.path("folder")))
+
+    def test_info(self):
+        facts = dict(re.split(r"  +", line, maxsplit=1) for line in self.succeed("info").splitlines())
+        self.assertEqual(VARIANT, facts["variant"])
+        self.assertEqual("x86-64-v3" == VARIANT, "glibc-hwcaps" in facts["library"])
+        self.assertEqual(f"{len(exports())} of {len(exports())} listed functions", facts["exports"])
+
+    def test_gallery(self):
+        self.path("tiny.png", gray_png([[9]]))
+        for picture in [], ["tiny.png"]:
+            with self.subTest(picture):
+                self.assertIn("page/index.html", self.succeed("gallery", *picture, "page"))
+                with open(self.path("page/index.html"), encoding="utf-8") as file:
+                    page = file.read()
+                missing = [name for name in exports() if not re.search(rf"<code>{name}</code>", page)]
+                self.assertEqual([], missing)
+                pictures = set(re.findall(r'(?:src|href)="([^#"]+)"', page))
+                self.assertEqual({*pictures, "index.html"}, set(os.listdir(self.path("page"))))
+                for name, width, height in re.findall(r'src="([^"]+)".*? width="(\d+)" height="(\d+)"', page):
+                    self.assertEqual((int(width), int(height)), read_png(self.path("page/" + name), False)[:2])
+                self.assertEqual(set(), set(re.findall(r'href="#([^"]+)"', page)) - set(re.findall(r'id="([^"]+)"', page)))
+                self.assertNotRegex(page, r"<script|https?://")
+
+
+def exports():
+    with open(EXPORTS_DEF, encoding="ascii") as file:
+        return [line.split("=")[0].strip() for line in file if line[0].isalpha()]
+
+
+unittest.main(argv=sys.argv[:1])
