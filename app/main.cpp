@@ -2,6 +2,7 @@
 #include "commands.h"
 
 #include <cstdio>
+#include <utility>
 
 namespace {
 
@@ -27,7 +28,8 @@ int main(int argc, char** argv)
     app::addFilterCommand(program);
     app::addGalleryCommand(program);
     app::addInfoCommand(program);
-    if (argc > 1 && argv[1][0] != '-' && !program.get_subcommand_no_throw(argv[1]))
+    const auto named = [&](const CLI::App* command) { return command->get_name() == argv[1]; };
+    if (argc > 1 && argv[1][0] != '-' && std::as_const(program).get_subcommands(named).empty())
         return complain("there is no command '" + std::string(argv[1]) + "' (zelcv --help lists them)", 2);
     try {
         program.parse(argc, argv);
