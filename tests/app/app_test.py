@@ -197,7 +197,8 @@ class Program(unittest.TestCase):
 
     def test_nonsense(self):
         good = gray_png([[random.Random(2).randrange(256) for _ in range(90)]] * 50)
-        files = {"good.png": good, "small.png": gray_png([[1, 2]]), "text.png": b"This is no picture.\n" * 9, "empty.png": b"",
+        files = {"good.png": good, "small.png": gray_png([[1, 2]]), "text.png": b"This is no picture.\n" * 9,
+                 "empty.png": b"",
                  "cut.png": good[:len(good) // 2], "cut.jpg": COLOUR_JPEG[:-20], "head.jpg": COLOUR_JPEG[:60],
                  "zero.png": png(0, 4, 0, [[]] * 4), "huge.png": png(900000, 900000, 0, [[0]]),
                  "large.png": png(32000, 32000, 2, [[0]])}
@@ -207,19 +208,24 @@ class Program(unittest.TestCase):
         out = ["-o", "out.png"]
         row = ["--row", "1,2,1"]
         for arguments, status, message in [
-                (["edges", "none.png", *out], 1, "none.png: No such file"), (["edges", "folder", *out], 1, "folder: Is a dir"),
+                (["edges", "none.png", *out], 1, "none.png: No such file"),
+                (["edges", "folder", *out], 1, "folder: Is a dir"),
                 (["edges", "text.png", *out], 1, "text.png: neither a PNG nor a JPEG"),
                 (["edges", "empty.png", *out], 1, "empty.png: the file is empty"),
-                (["gradient", "cut.png", *out], 1, "cut.png: bad PNG"), (["gradient", "cut.jpg", *out], 1, "cut.jpg: bad JPEG"),
+                (["gradient", "cut.png", *out], 1, "cut.png: bad PNG"),
+                (["gradient", "cut.jpg", *out], 1, "cut.jpg: bad JPEG"),
                 (["gradient", "head.jpg", *out], 1, "head.jpg: bad JPEG"), (["edges", "zero.png", *out], 1, "zero.png: "),
                 (["edges", "huge.png", *out], 1, "900000 x 900000 is too large"),
                 (["edges", "large.png", *out], 1, "32000 x 32000 is too large"),
                 (["diff", "good.png", "small.png", *out], 1, "good.png is 90 x 50, small.png is 2 x 1"),
-                (["diff", "good.png", *out], 2, "two pictures"), (["edges", "good.png", "-o", "no/out.png"], 1, "no/out.png: No such"),
+                (["diff", "good.png", *out], 2, "two pictures"),
+                (["edges", "good.png", "-o", "no/out.png"], 1, "no/out.png: No such"),
                 (["edges", "good.png", "-o", "folder"], 1, "folder: this is a folder"),
                 (["edges", "good.png", "-o", "/dev/full"], 1, "/dev/full: No space"),
-                (["edges", "good.png"], 2, "--output is required"), ([], 2, "subcommand is required"), (["paint"], 2, "paint"),
-                (["edges", "--low", "9", "--high", "3", *out], 1, "0 <= low <= high"), (["edges", "--low", "-1", *out], 1, "low"),
+                (["edges", "good.png"], 2, "--output is required"), ([], 2, "subcommand is required"),
+                (["paint"], 2, "paint"),
+                (["edges", "--low", "9", "--high", "3", *out], 1, "0 <= low <= high"),
+                (["edges", "--low", "-1", *out], 1, "low"),
                 (["edges", "--low", "nan", *out], 1, "low"), (["edges", "--low", "x", *out], 2, "--low"),
                 (["edges", "--aperture", "4", *out], 2, "--aperture"),
                 (["gradient", "--aperture", "5", "--scharr", *out], 1, "Scharr"),
@@ -227,10 +233,13 @@ class Program(unittest.TestCase):
                 (["filter", "--row", "1,,1", *out], 2, "--row: ''"), (["filter", "--row", "0.5", *out], 2, "--float"),
                 (["filter", "--row", "1", "--column", "40000", *out], 2, "--column: '40000'"),
                 (["filter", *row, "--divisor", "0", *out], 1, "divisor must not be 0"),
-                (["filter", *row, "--divisor", "1.5", *out], 2, "integer"), (["filter", *row, "--anchor", "3", *out], 1, "anchor 3"),
-                (["filter", *row, "--border", "none", *out], 2, "--border"), (["filter", *row, "--value", "256", *out], 2, "--value"),
+                (["filter", *row, "--divisor", "1.5", *out], 2, "integer"),
+                (["filter", *row, "--anchor", "3", *out], 1, "anchor 3"),
+                (["filter", *row, "--border", "none", *out], 2, "--border"),
+                (["filter", *row, "--value", "256", *out], 2, "--value"),
                 (["filter", "--row", ",".join(["32767"] * 300), *out], 1, "32 bits"),
-                (["gallery"], 2, "PICTURE"), (["gallery", "good.png"], 1, "good.png: "), (["gallery", "none.png", "new"], 1, "none"),
+                (["gallery"], 2, "PICTURE"), (["gallery", "good.png"], 1, "good.png: "),
+                (["gallery", "none.png", "new"], 1, "none"),
                 (["gallery", "folder", "--threads", "0"], 1, "--threads 0: ")]:
             with self.subTest(arguments):
                 self.path("out.png", b"before")
