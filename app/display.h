@@ -24,7 +24,8 @@ Image<D> mapElements(const Image<S>& src, F function)
     return mapElements<D>(src.view(), function);
 }
 
-inline Zel8u toByte(double value) { return Zel8u(std::clamp(std::lround(value), 0L, 255L)); }
+// Rounded and limited; black where the value is not a number.
+inline Zel8u toByte(double value) { return value > 0 ? Zel8u(std::lround(std::min(value, 255.0))) : Zel8u(0); }
 
 template <class T>
 Image<T> convert(const Picture& src)

@@ -12,10 +12,9 @@ namespace {
 
 struct Options {
     InputAndOutput files;
-    std::string row, column;
+    std::string row, column, border = "replicate";
     double divisor = 0;
     int anchor = 0, value = 0;
-    ZeliBorderType border = zeliBorderReplicate;
     bool inFloat = false, aroundZero = false;
     CLI::Option *divisorGiven = nullptr, *anchorGiven = nullptr;
 };
@@ -88,8 +87,10 @@ void divideDivisor(Kernel<Zel16s>& kernel, std::int64_t whole)
 template <class S>
 Outside<S> outsideOf(const Options& options)
 {
+    const auto kind = kBorders.find(options.border);
+    if (kind == kBorders.end()) throw UsageError("--border: there is no kind '" + options.border + "'");
     const S value = S(options.value);
-    return {options.border, {value, value, value}};
+    return {kind->second, {value, value, value}};
 }
 
 Picture filterInIntegers(const Options& options, const Picture& src)
@@ -146,9 +147,11 @@ void addFilterCommand(CLI::App& program)
             ->add_option("--anchor", options->anchor,
                          "The tap that lies on the pixel, counted from 0, in both directions (default: the middle)")
             ->type_name("N");
-    command->add_option("--border", options->border, "What stands outside the picture (default: replicate)")
-        ->transform(CLI::CheckedTransformer(kBorders))
-        ->type_name("KIND");
+    command
+        ->add_option("--border", options->border,
+                     "What stands outside the picture: constant, replicate, wrap, reflect or reflect-edge")
+        ->type_name("KIND")
+        ->capture_default_str();
     command->add_option("--value", options->value, "The value outside with --border constant, 0 to 255")
         ->check(CLI::Range(0, 255))
         ->capture_default_str();

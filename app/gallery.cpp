@@ -142,12 +142,14 @@ void addGalleryCommand(CLI::App& program)
         "Show everything that the library can do with one picture on one HTML page, with the functions used and their times");
     const auto options = std::make_shared<Options>();
     command
-        ->add_option("PICTURE", options->places,
-                     "A PNG or JPEG file (without it: the program's own scene), then the folder to write index.html and the "
-                     "pictures to")
+        ->add_option("PLACES", options->places,
+                     "A PNG or JPEG file, then the folder to write index.html and the pictures to. With a folder alone the "
+                     "program draws a scene of its own")
         ->required()
         ->expected(1, 2)
-        ->type_name("DIR");
+        ->type_name("[PICTURE] DIR");
+    command->footer("zelcv gallery photo.jpg page    shows photo.jpg at page/index.html\nzelcv gallery page              "
+                    "shows the program's own scene there");
     command->add_option("--threads", options->threads, "Threads that the library may use")->capture_default_str();
     command->callback([=] { run(*options); });
 }

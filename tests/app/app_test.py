@@ -238,7 +238,7 @@ class Program(unittest.TestCase):
                 (["filter", *row, "--border", "none", *out], 2, "--border"),
                 (["filter", *row, "--value", "256", *out], 2, "--value"),
                 (["filter", "--row", ",".join(["32767"] * 300), *out], 1, "32 bits"),
-                (["gallery"], 2, "PICTURE"), (["gallery", "good.png"], 1, "good.png: "),
+                (["gallery"], 2, "PLACES is required"), (["gallery", "good.png"], 1, "good.png: "),
                 (["gallery", "none.png", "new"], 1, "none"),
                 (["gallery", "folder", "--threads", "0"], 1, "--threads 0: ")]:
             with self.subTest(arguments):
