@@ -696,7 +696,8 @@ ZELCV_API ZelStatus zeliGenSobelKernel_32f(Zel32f* dst, int kernelSize, int orde
  * directions; survivors above highThreshold are edges, and so is each survivor that is linked to an edge through 8-neighbour
  * steps from survivor to survivor. Along a row or column the first pixel of a plateau of two survives, on a diagonal none.
  *
- *   srcDx, srcDy    derivative planes, along the rows and down the columns
+ *   srcDx, srcDy    derivative planes, growing to the right and downward, as zeliFilterSobelNegVertBorder and
+ *                   zeliFilterSobelHorizBorder give them
  *   dst             edge map: 255 on an edge, 0 elsewhere
  *   ...Step         bytes from row to row
  *   roiSize         region in pixels; outside it the strength is 0
