@@ -265,14 +265,71 @@ inline Vec<Zel8u> bytesFromBits(Zel32u bits)
     return Vec<Zel8u>(ZELCV_REGISTER(cmpeq_epi8)(ZELCV_WHOLE(and)(spread, ownBit), ownBit));
 }
 
+// ---- as many elements of any type as there are floats in a vector, widened to float (exact for 8 and 16 bits)
+
+#if defined(__AVX2__)
+inline Vec<Zel32f> loadFloats(const Zel8u* from)
+{
+    return _mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(from))));
+}
+inline Vec<Zel32f> loadFloats(const Zel8s* from)
+{
+    return _mm256_cvtepi32_ps(_mm256_cvtepi8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(from))));
+}
+inline Vec<Zel32f> loadFloats(const Zel16u* from)
+{
+    return _mm256_cvtepi32_ps(_mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))));
+}
+#else
+// Each of the first four bytes in the top of a 32-bit lane, above copies of itself.
+inline __m128i loadBytesToTop(const void* from)
+{
+    std::int32_t four;
+    std::memcpy(&four, from, sizeof four);
+    const __m128i bytes = _mm_cvtsi32_si128(four), pairs = _mm_unpacklo_epi8(bytes, bytes);
+    return _mm_unpacklo_epi16(pairs, pairs);
+}
+inline Vec<Zel32f> loadFloats(const Zel8u* from) { return _mm_cvtepi32_ps(_mm_srli_epi32(loadBytesToTop(from), 24)); }
+inline Vec<Zel32f> loadFloats(const Zel8s* from) { return _mm_cvtepi32_ps(_mm_srai_epi32(loadBytesToTop(from), 24)); }
+inline Vec<Zel32f> loadFloats(const Zel16u* from)
+{
+    const __m128i words = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(from));
+    return _mm_cvtepi32_ps(_mm_unpacklo_epi16(words, _mm_setzero_si128()));
+}
+#endif
+inline Vec<Zel32f> loadFloats(const Zel32f* from) { return load(from); }
+
+// As many mask bytes, each as a lane of all ones where it is not zero.
+inline Vec<Zel32s> loadMask(const Zel8u* from)
+{
+#if defined(__AVX2__)
+    return Vec<Zel32s>(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(from)))) != 0;
+#else
+    return Vec<Zel32s>(loadBytesToTop(from)) != 0;
+#endif
+}
+
+// `value` where the mask is set, +0 elsewhere.
+inline Vec<Zel32f> keep(Vec<Zel32s> mask, Vec<Zel32f> value) { return Vec<Zel32f>(mask & Vec<Zel32s>(value)); }
+
 // ---- rows
 
-// How mapRow reads a source: whatever has a pointer `from` and gives the vector of its elements from i on.
+// How mapRow reads a source: plain elements, elements widened to float, mask bytes.
 template <class T>
 struct Elements {
     const T* from;
     Vec<T> at(int i) const { return load(from + i); }
 };
+template <class T>
+struct AsFloats {
+    const T* from;
+    Vec<Zel32f> at(int i) const { return loadFloats(from + i); }
+};
+struct AsMask {
+    const Zel8u* from;
+    Vec<Zel32s> at(int i) const { return loadMask(from + i); }
+};
+
 // dst[i] = operation(source.at(i)...) for `count` elements. The tail goes through the same operation on padded copies. Exact
 // overlap of dst with a source is allowed: each element is read before it is written.
 template <class D, class Operation, class... Sources>
