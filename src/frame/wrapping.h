@@ -21,6 +21,7 @@ public:
     constexpr Wrapped(Zel32s value) : bits_(static_cast<Zel32u>(value)) {}
     constexpr Zel32s value() const { return wrap(bits_); }
     friend constexpr Wrapped operator+(Wrapped a, Wrapped b) { return wrap(a.bits_ + b.bits_); }
+    friend constexpr Wrapped operator-(Wrapped a, Wrapped b) { return wrap(a.bits_ - b.bits_); }
     friend constexpr Wrapped operator*(Wrapped a, Wrapped b) { return wrap(a.bits_ * b.bits_); }
     // Up to the next multiple of `unit`, a power of two.
     constexpr Wrapped roundedUp(Zel32u unit) const { return wrap((bits_ + unit - 1) & ~(unit - 1)); }

@@ -1,0 +1,588 @@
+// Stages of Haar classifiers over integral images.
+//
+//   t = sum of weight * (I[a] - I[b] - I[c] + I[d]) over the rectangles of a classifier
+//   stage sum += threshold * norm > t ? value1 : value2
+//
+// and a pixel survives unless the stage's threshold exceeds the sum. The members differ in their numbers and in the order in
+// which single-precision products are added.
+#include "checks.h"
+#include "integral/haar_state.h"
+#include "scratch.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <limits>
+#include <type_traits>
+
+using namespace zelcv;
+
+namespace {
+
+// ---- creation
+
+struct Upright {
+    static constexpr Zel32u kTiltFlags = 0;
+
+    static bool valid(ZeliRect r) { return r.x >= 0 && r.y >= 0 && r.width >= 1 && r.height >= 1; }
+    static ZeliRect startOfBounds(ZeliRect r) { return r; }
+    template <class Number>
+    static void setCorners(HaarRect<Number>& rect, ZeliRect r)
+    {
+        const Zel32s right = wrappingSum(r.x, r.width), bottom = wrappingSum(r.y, r.height);
+        rect.a = {right, bottom};
+        rect.b = {r.x, bottom};
+        rect.c = {right, r.y};
+        rect.d = {r.x, r.y};
+    }
+};
+
+// The sides run down to the right, over `width` columns, and down to the left, over `height` columns.
+struct Tilted {
+    static constexpr Zel32u kTiltFlags = 1;
+
+    static bool valid(ZeliRect r) { return Upright::valid(r) && r.height - 1 <= r.x; }
+    static ZeliRect startOfBounds(ZeliRect r)
+    {
+        return {r.x, r.y, (Wrapped(r.width) - r.height).value(), wrappingSum(r.width, r.height)};
+    }
+    template <class Number>
+    static void setCorners(HaarRect<Number>& rect, ZeliRect r)
+    {
+        const Wrapped x = r.x, y = r.y, w = r.width, h = r.height;
+        rect.a = {(x + w - h).value(), (y + w + h).value()};
+        rect.b = {(x - h).value(), (y + h).value()};
+        rect.c = {(x + w).value(), (y + w).value()};
+        rect.d = {r.x, r.y};
+    }
+};
+
+template <class Number>
+struct CallersClassifiers {
+    const ZeliRect* rects;
+    const Number *weights, *thresholds, *values1, *values2;
+    const Zel32s* rectCounts;
+    Zel32s count;
+};
+
+// Writes the records of a stage one behind the other.
+template <class Shape, class State>
+class StageWriter {
+public:
+    using Number = typename State::Number;
+
+    StageWriter(State* state, HaarRect<Number>* rects, const CallersClassifiers<Number>& from)
+        : state_(state), next_(state->classifiers), nextRect_(rects), from_(from)
+    {
+        state_->bounds = Shape::startOfBounds(from.rects[0]);
+    }
+
+    // Classifier `index`, whose rectangles start at `first` in the caller's list. False when one of them is not valid.
+    bool write(Zel32s index, std::int64_t first)
+    {
+        const Zel32s rectCount = from_.rectCounts[index];
+        *next_++ = {rectCount, nextRect_, from_.thresholds[index], from_.values1[index], from_.values2[index],
+                    wrappingSum(Shape::kTiltFlags, wrappingShift(index, HaarClassifier<Number>::kIndexShift))};
+        for (std::int64_t i = first; i < first + rectCount; ++i) {
+            if (!Shape::valid(from_.rects[i])) return false;
+            Shape::setCorners(*nextRect_, from_.rects[i]);
+            nextRect_->weight = from_.weights[i];
+            enlargeBounds(*nextRect_++);
+        }
+        state_->rectTotal2 += rectCount;
+        return true;
+    }
+
+    void finish()
+    {
+        ZeliRect& bounds = state_->bounds;
+        bounds.width = (Wrapped(bounds.width) - bounds.x).value();
+        bounds.height = (Wrapped(bounds.height) - bounds.y).value();
+    }
+
+private:
+    // While they grow, width and height hold the right and the bottom edge, but are compared as what they are called.
+    void enlargeBounds(const HaarRect<Number>& rect)
+    {
+        ZeliRect& bounds = state_->bounds;
+        bounds.x = std::min(bounds.x, rect.d.x);
+        bounds.y = std::min(bounds.y, rect.d.y);
+        if (rect.a.x > wrappingSum(bounds.width, bounds.x)) bounds.width = rect.a.x;
+        if (rect.a.y > wrappingSum(bounds.height, bounds.y)) bounds.height = rect.a.y;
+    }
+
+    State* state_;
+    HaarClassifier<Number>* next_;
+    HaarRect<Number>* nextRect_;
+    const CallersClassifiers<Number>& from_;
+};
+
+// Upright classifiers stand in three groups, those of two rectangles first, then those of three, then all others, each group
+// in the caller's order; tilted ones stand in the caller's order. False when a rectangle is not valid.
+template <class Shape, class State>
+bool writeStage(State* state, HaarRect<typename State::Number>* rects, const CallersClassifiers<typename State::Number>& from)
+{
+    StageWriter<Shape, State> writer(state, rects, from);
+    const auto writeThose = [&](auto belongs) {
+        std::int64_t first = 0;
+        Zel32s written = 0;
+        for (Zel32s i = 0; i < from.count; first += from.rectCounts[i++]) {
+            if (!belongs(from.rectCounts[i])) continue;
+            if (!writer.write(i, first)) return -1;
+            ++written;
+        }
+        return written;
+    };
+    if constexpr (std::is_same_v<Shape, Tilted>) {
+        if (writeThose([](Zel32s) { return true; }) < 0) return false;
+    } else {
+        const Zel32s pairs = writeThose([](Zel32s rectCount) { return rectCount == 2; });
+        if (pairs < 0) return false;
+        const Zel32s triples = writeThose([](Zel32s rectCount) { return rectCount == 3; });
+        if (triples < 0 || writeThose([](Zel32s rectCount) { return rectCount != 2 && rectCount != 3; }) < 0) return false;
+        state->twoRectCount = pairs;
+        state->shortRectCount = pairs + triples;
+    }
+    writer.finish();
+    return true;
+}
+
+bool firstWeightsAreMinusOne(const CallersClassifiers<Zel32f>& from)
+{
+    std::int64_t first = 0;
+    for (Zel32s i = 0; i < from.count; first += from.rectCounts[i++])
+        if (!(from.weights[first] > -2 && from.weights[first] <= -1)) return false;
+    return true;
+}
+
+template <class Shape, class State>
+ZelStatus create(State** state, const CallersClassifiers<typename State::Number>& from)
+{
+    using Number = typename State::Number;
+    constexpr bool kUprightFloats = std::is_same_v<Shape, Upright> && std::is_same_v<Number, Zel32f>;
+
+    if (auto status = checkPointers(state, from.rects, from.weights, from.thresholds, from.values1, from.values2,
+                                    from.rectCounts))
+        return status;
+    if (from.count < 0) return zelStatusBadSize;
+    std::int64_t rectTotal = 0;
+    for (Zel32s i = 0; i < from.count; ++i) {
+        if (from.rectCounts[i] < 1) return zelStatusBadSize;
+        rectTotal += from.rectCounts[i];
+    }
+    if constexpr (kUprightFloats)
+        if (!std::all_of(from.rects, from.rects + rectTotal, Shape::valid)) return zelStatusBadArgument;
+
+    if (rectTotal > std::numeric_limits<Zel32s>::max()) return zelStatusNoMemory; // the record cannot count them
+    OwnedBlock block(ownMalloc_8u(kStageBytes + kClassifierBytes * from.count + kRectBytes * rectTotal));
+    if (!block) return zelStatusNoMemory;
+    Carver pieces(static_cast<Zel8u*>(block.get()));
+    State* made = new (pieces.take<State>(1)) State{};
+    made->classifierCount = from.count;
+    made->rectTotal = Zel32s(rectTotal);
+    made->classifiers = pieces.take<HaarClassifier<Number>>(from.count);
+    made->tiltFlags = Shape::kTiltFlags;
+    if (!writeStage<Shape>(made, pieces.take<HaarRect<Number>>(rectTotal), from)) {
+        *state = nullptr;
+        return zelStatusBadArgument;
+    }
+    if constexpr (kUprightFloats) made->firstWeightsAreMinusOne = firstWeightsAreMinusOne(from);
+    *state = made;
+    block.release();
+    return zelStatusOk;
+}
+
+template <class State>
+ZelStatus destroy(State* state)
+{
+    if (auto status = checkPointers(state)) return status;
+    ownFree(state);
+    return zelStatusOk;
+}
+
+// ---- size and tilt
+
+template <class State>
+ZelStatus getSize(const State* state, ZeliSize* size)
+{
+    if (auto status = checkPointers(state, size)) return status;
+    *size = {0, 0};
+    for (Zel32s i = 0; i < state->classifierCount; ++i) {
+        const auto& classifier = state->classifiers[i];
+        for (Zel32s j = 0; j < classifier.rectCount; ++j) {
+            size->width = std::max(size->width, classifier.rects[j].c.x);
+            size->height = std::max(size->height, classifier.rects[j].a.y);
+        }
+    }
+    return zelStatusOk;
+}
+
+// The tilted rectangle that takes the place of an upright one. With `keepTop` its top corner stands where the upright one had
+// its top left corner; without, its bottom corner stands where that one had its bottom left corner. Stages of 32s make
+// squares.
+template <class Number>
+ZeliRect tilted(const HaarRect<Number>& rect, bool keepTop)
+{
+    const Wrapped x = rect.d.x, y = rect.d.y, width = Wrapped(rect.c.x) - x, height = Wrapped(rect.b.y) - y;
+    const Wrapped side = std::is_same_v<Number, Zel32s> ? width : height;
+    if (keepTop) return {x.value(), y.value(), width.value(), side.value()};
+    return {(x + width - side).value(), (y + height - side - width).value(), side.value(), width.value()};
+}
+
+template <class State>
+ZelStatus tilt(const Zel8u* mask, int flag, State* state)
+{
+    using Classifier = HaarClassifier<typename State::Number>;
+    if (auto status = checkPointers(mask, state)) return status;
+    if (state->tiltFlags & 1) return zelStatusBadArgument;
+    Classifier* const first = state->classifiers;
+    Classifier* const last = first + state->classifierCount;
+    for (Zel32s i = 0; i < state->classifierCount; ++i) {
+        if (mask[i] == 0) continue;
+        state->tiltFlags |= 1;
+        Classifier* const found =
+            std::find_if(first, last, [=](const Classifier& c) { return c.flags >> Classifier::kIndexShift == i; });
+        if (found == last) continue;
+        found->flags = Classifier::kTilted;
+        for (Zel32s j = 0; j < found->rectCount; ++j)
+            Tilted::setCorners(found->rects[j], tilted(found->rects[j], flag != 0));
+    }
+    return zelStatusOk;
+}
+
+// ---- numbers of the Apply functions
+//
+// Integers are unsigned while they are summed, so that they wrap.
+
+struct FloatSums {
+    using State = ZeliHaarClassifier_32f;
+    using Element = Zel32f;
+    using Box = Zel32f;
+    using Total = Zel32f;
+    using StageSum = Zel32f;
+
+    static void add(Total& total, Box box, Zel32f weight) { total += box * weight; }
+    static bool isBelow(Total total, Zel32f threshold, Zel32f norm) { return threshold * norm > total; }
+};
+
+struct MixedSums : FloatSums {
+    using Element = Zel32s;
+    using Box = Zel32u;
+
+    static void add(Total& total, Box box, Zel32f weight) { total += Zel32f(wrap(box)) * weight; }
+};
+
+struct IntegerSums {
+    using State = ZeliHaarClassifier_32s;
+    using Element = Zel32s;
+    using Box = Zel32u;
+    using Total = Zel32u;
+    using StageSum = Zel32u;
+
+    static void add(Total& total, Box box, Zel32s weight) { total += box * Zel32u(weight); }
+    static bool isBelow(Total total, Zel32s threshold, Zel32s norm)
+    {
+        return wrap(total) < wrappingProduct(threshold, norm);
+    }
+};
+
+// 32-bit products, which wrap, in 64-bit totals, which are shifted left before they are compared.
+struct WideIntegerSums : IntegerSums {
+    using Total = std::uint64_t;
+
+    // A shift by 64 and more leaves nothing, as in two steps of which none is as wide as the number.
+    explicit WideIntegerSums(int scaleFactor)
+        : shift(int(std::min(-std::int64_t(scaleFactor), std::int64_t(63)))), lastShift(scaleFactor < -63)
+    {
+    }
+
+    static void add(Total& total, Box box, Zel32s weight)
+    {
+        total += std::uint64_t(std::int64_t(wrap(box * Zel32u(weight))));
+    }
+    bool isBelow(Total total, Zel32s threshold, Zel32s norm) const
+    {
+        return std::int64_t(total << shift << lastShift) < std::int64_t(threshold) * norm;
+    }
+
+    int shift, lastShift;
+};
+
+// ---- where the corners of boxes are
+
+using Offsets = std::array<std::ptrdiff_t, 4>;
+
+// In elements, as 32-bit numbers that wrap.
+template <class Number>
+Offsets cornerOffsets(const HaarRect<Number>& rect, int step)
+{
+    const int stride = step / 4;
+    const auto offset = [=](ZeliPoint p) { return wrappingSum(wrappingProduct(p.y, stride), p.x); };
+    return {offset(rect.a), offset(rect.b), offset(rect.c), offset(rect.d)};
+}
+
+// Upright boxes: one image, and a list of all offsets in the order of the stage.
+template <class Element>
+class ListedBoxes {
+public:
+    ListedBoxes(Plane<const Element> src, const Zel32s* list) : src_(src), list_(list) {}
+
+    class Walk {
+    public:
+        Walk(const Element* pixel, const Zel32s* next) : pixel_(pixel), next_(next) {}
+        template <class Number>
+        const Element* enter(const HaarClassifier<Number>& classifier)
+        {
+            current_ = next_;
+            next_ += 4 * std::ptrdiff_t(classifier.rectCount);
+            return pixel_;
+        }
+        Offsets offsets(Zel32s rect) const
+        {
+            const Zel32s* four = current_ + 4 * std::ptrdiff_t(rect);
+            return {four[0], four[1], four[2], four[3]};
+        }
+
+    private:
+        const Element* pixel_;
+        const Zel32s *next_, *current_ = nullptr;
+    };
+    Walk walk(int x, int y) const { return {src_.row(y) + x, list_}; }
+
+private:
+    Plane<const Element> src_;
+    const Zel32s* list_;
+};
+
+// Upright and tilted boxes: two images, of which the tilted one is read from one row below and one element to the right.
+template <class Element, class Number>
+class MixedBoxes {
+public:
+    MixedBoxes(Plane<const Element> src, Plane<const Element> tilt) : src_(src), tilt_(tilt) {}
+
+    class Walk {
+    public:
+        Walk(Plane<const Element> src, Plane<const Element> tilt) : src_(src), tilt_(tilt) {}
+        const Element* enter(const HaarClassifier<Number>& classifier)
+        {
+            const bool isTilted = classifier.flags & HaarClassifier<Number>::kTilted;
+            rects_ = classifier.rects;
+            step_ = isTilted ? tilt_.step : src_.step;
+            return isTilted ? tilt_.data : src_.data;
+        }
+        Offsets offsets(Zel32s rect) const { return cornerOffsets(rects_[rect], step_); }
+
+    private:
+        Plane<const Element> src_, tilt_; // of the pixel
+        const HaarRect<Number>* rects_ = nullptr;
+        int step_ = 0;
+    };
+    Walk walk(int x, int y) const { return {{src_.row(y) + x, src_.step}, {tilt_.row(y + 1) + x + 1, tilt_.step}}; }
+
+private:
+    Plane<const Element> src_, tilt_;
+};
+
+// ---- application
+
+// What all Apply functions are given besides their images.
+template <class State>
+struct Detection {
+    using Number = typename State::Number;
+
+    Plane<const Number> norm;
+    Plane<Zel8u> mask;
+    ZeliSize roi;
+    Zel32s* positive;
+    Number threshold;
+    const State* state;
+
+    template <class... Images>
+    ZelStatus check(Images... images) const
+    {
+        if (auto status = checkPointers(images.data..., norm.data, mask.data, positive, state)) return status;
+        if (auto status = checkSize(roi)) return status;
+        return checkSteps(roi.width, images..., norm, mask);
+    }
+};
+
+template <class T>
+T element(const T* from)
+{
+    T value;
+    std::memcpy(&value, from, sizeof value); // images may stand anywhere
+    return value;
+}
+
+// The first `rotated` classifiers add the product of their first rectangle last.
+template <class Sums, class Walk, class State>
+typename Sums::StageSum stageSum(const Sums& sums, Walk walk, const State& state, Zel32s rotated, typename State::Number norm)
+{
+    using Box = typename Sums::Box;
+    using StageSum = typename Sums::StageSum;
+    StageSum stage = 0;
+    for (Zel32s i = 0; i < state.classifierCount; ++i) {
+        const auto& classifier = state.classifiers[i];
+        const auto* image = walk.enter(classifier);
+        typename Sums::Total total = 0;
+        const auto addRect = [&](Zel32s j) {
+            const Offsets at = walk.offsets(j);
+            const auto corner = [&](int k) { return Box(element(image + at[std::size_t(k)])); };
+            sums.add(total, corner(0) - corner(1) - corner(2) + corner(3), classifier.rects[j].weight);
+        };
+        const Zel32s first = i < rotated ? 1 : 0;
+        for (Zel32s j = first; j < classifier.rectCount; ++j) addRect(j);
+        if (first == 1) addRect(0);
+        stage += StageSum(sums.isBelow(total, classifier.threshold, norm) ? classifier.value1 : classifier.value2);
+    }
+    return stage;
+}
+
+template <class Sums, class Boxes, class State>
+void detect(const Sums& sums, const Boxes& boxes, const Detection<State>& call, Zel32s rotated)
+{
+    using Number = typename State::Number;
+    Zel32u survivors = 0;
+    for (int y = 0; y < call.roi.height; ++y) {
+        Zel8u* mask = call.mask.row(y);
+        const Number* norm = call.norm.row(y);
+        for (int x = 0; x < call.roi.width; ++x) {
+            if (mask[x] == 0) continue;
+            if (call.threshold > Number(stageSum(sums, boxes.walk(x, y), *call.state, rotated, element(norm + x))))
+                mask[x] = 0;
+            else
+                ++survivors;
+        }
+    }
+    *call.positive = wrap(survivors);
+}
+
+// Without memory for the offsets nothing happens, and the call still succeeds.
+template <class Sums>
+ZelStatus applyUpright(Plane<const typename Sums::Element> src, const Detection<typename Sums::State>& call)
+{
+    if (auto status = call.check(src)) return status;
+    const auto& state = *call.state;
+    OwnedBlock list(ownMalloc_32s(4 * std::int64_t(state.rectTotal)));
+    if (!list && state.rectTotal > 0) return zelStatusOk;
+    Zel32s* const offsets = static_cast<Zel32s*>(list.get());
+    Zel32s* next = offsets;
+    for (Zel32s i = 0; i < state.classifierCount; ++i)
+        for (Zel32s j = 0; j < state.classifiers[i].rectCount; ++j)
+            for (const auto offset : cornerOffsets(state.classifiers[i].rects[j], src.step)) *next++ = Zel32s(offset);
+    const bool rotates = std::is_same_v<Sums, FloatSums>;
+    detect(Sums(), ListedBoxes(src, offsets), call, rotates ? state.shortRectCount : 0);
+    return zelStatusOk;
+}
+
+template <class Sums>
+ZelStatus applyMixed(Plane<const typename Sums::Element> src, Plane<const typename Sums::Element> tilt,
+                     const Detection<typename Sums::State>& call, int scaleFactor = 0)
+{
+    if (auto status = call.check(src, tilt)) return status;
+    const MixedBoxes<typename Sums::Element, typename Sums::State::Number> boxes(src, tilt);
+    if constexpr (std::is_constructible_v<Sums, int>) {
+        if (scaleFactor > 0) return zelStatusBadArgument;
+        detect(Sums(scaleFactor), boxes, call, 0);
+    } else {
+        detect(Sums(), boxes, call, 0);
+    }
+    return zelStatusOk;
+}
+
+} // namespace
+
+ZelStatus zeliHaarClassifierInitAlloc_32f(ZeliHaarClassifier_32f** state, const ZeliRect* rects, const Zel32f* weights,
+                                          const Zel32f* thresholds, const Zel32f* values1, const Zel32f* values2,
+                                          const Zel32s* rectCounts, int classifierCount)
+{
+    return create<Upright>(state, {rects, weights, thresholds, values1, values2, rectCounts, classifierCount});
+}
+
+ZelStatus zeliHaarClassifierInitAlloc_32s(ZeliHaarClassifier_32s** state, const ZeliRect* rects, const Zel32s* weights,
+                                          const Zel32s* thresholds, const Zel32s* values1, const Zel32s* values2,
+                                          const Zel32s* rectCounts, int classifierCount)
+{
+    return create<Upright>(state, {rects, weights, thresholds, values1, values2, rectCounts, classifierCount});
+}
+
+ZelStatus zeliTiltedHaarClassifierInitAlloc_32f(ZeliHaarClassifier_32f** state, const ZeliRect* rects, const Zel32f* weights,
+                                                const Zel32f* thresholds, const Zel32f* values1, const Zel32f* values2,
+                                                const Zel32s* rectCounts, int classifierCount)
+{
+    return create<Tilted>(state, {rects, weights, thresholds, values1, values2, rectCounts, classifierCount});
+}
+
+ZelStatus zeliTiltedHaarClassifierInitAlloc_32s(ZeliHaarClassifier_32s** state, const ZeliRect* rects, const Zel32s* weights,
+                                                const Zel32s* thresholds, const Zel32s* values1, const Zel32s* values2,
+                                                const Zel32s* rectCounts, int classifierCount)
+{
+    return create<Tilted>(state, {rects, weights, thresholds, values1, values2, rectCounts, classifierCount});
+}
+
+ZelStatus zeliHaarClassifierFree_32f(ZeliHaarClassifier_32f* state) { return destroy(state); }
+ZelStatus zeliHaarClassifierFree_32s(ZeliHaarClassifier_32s* state) { return destroy(state); }
+
+ZelStatus zeliGetHaarClassifierSize_32f(const ZeliHaarClassifier_32f* state, ZeliSize* size) { return getSize(state, size); }
+ZelStatus zeliGetHaarClassifierSize_32s(const ZeliHaarClassifier_32s* state, ZeliSize* size) { return getSize(state, size); }
+
+ZelStatus zeliTiltHaarFeatures_32f(const Zel8u* mask, int flag, ZeliHaarClassifier_32f* state)
+{
+    return tilt(mask, flag, state);
+}
+
+ZelStatus zeliTiltHaarFeatures_32s(const Zel8u* mask, int flag, ZeliHaarClassifier_32s* state)
+{
+    return tilt(mask, flag, state);
+}
+
+
+ZelStatus zeliApplyHaarClassifier_32f_C1R(const Zel32f* src, int srcStep, const Zel32f* norm, int normStep, Zel8u* mask,
+                                          int maskStep, ZeliSize roiSize, Zel32s* positive, Zel32f threshold,
+                                          const ZeliHaarClassifier_32f* state)
+{
+    return applyUpright<FloatSums>({src, srcStep}, {{norm, normStep}, {mask, maskStep}, roiSize, positive, threshold, state});
+}
+
+ZelStatus zeliApplyHaarClassifier_32s32f_C1R(const Zel32s* src, int srcStep, const Zel32f* norm, int normStep, Zel8u* mask,
+                                             int maskStep, ZeliSize roiSize, Zel32s* positive, Zel32f threshold,
+                                             const ZeliHaarClassifier_32f* state)
+{
+    return applyUpright<MixedSums>({src, srcStep}, {{norm, normStep}, {mask, maskStep}, roiSize, positive, threshold, state});
+}
+
+// Applies no scale.
+ZelStatus zeliApplyHaarClassifier_32s_C1RSfs(const Zel32s* src, int srcStep, const Zel32s* norm, int normStep, Zel8u* mask,
+                                             int maskStep, ZeliSize roiSize, Zel32s* positive, Zel32s threshold,
+                                             const ZeliHaarClassifier_32s* state, int)
+{
+    return applyUpright<IntegerSums>({src, srcStep},
+                                     {{norm, normStep}, {mask, maskStep}, roiSize, positive, threshold, state});
+}
+
+ZelStatus zeliApplyMixedHaarClassifier_32f_C1R(const Zel32f* src, int srcStep, const Zel32f* tilt, int tiltStep,
+                                               const Zel32f* norm, int normStep, Zel8u* mask, int maskStep, ZeliSize roiSize,
+                                               Zel32s* positive, Zel32f threshold, const ZeliHaarClassifier_32f* state)
+{
+    return applyMixed<FloatSums>({src, srcStep}, {tilt, tiltStep},
+                                 {{norm, normStep}, {mask, maskStep}, roiSize, positive, threshold, state});
+}
+
+ZelStatus zeliApplyMixedHaarClassifier_32s32f_C1R(const Zel32s* src, int srcStep, const Zel32s* tilt, int tiltStep,
+                                                  const Zel32f* norm, int normStep, Zel8u* mask, int maskStep,
+                                                  ZeliSize roiSize, Zel32s* positive, Zel32f threshold,
+                                                  const ZeliHaarClassifier_32f* state)
+{
+    return applyMixed<MixedSums>({src, srcStep}, {tilt, tiltStep},
+                                 {{norm, normStep}, {mask, maskStep}, roiSize, positive, threshold, state});
+}
+
+ZelStatus zeliApplyMixedHaarClassifier_32s_C1RSfs(const Zel32s* src, int srcStep, const Zel32s* tilt, int tiltStep,
+                                                  const Zel32s* norm, int normStep, Zel8u* mask, int maskStep,
+                                                  ZeliSize roiSize, Zel32s* positive, Zel32s threshold,
+                                                  const ZeliHaarClassifier_32s* state, int scaleFactor)
+{
+    return applyMixed<WideIntegerSums>({src, srcStep}, {tilt, tiltStep},
+                                       {{norm, normStep}, {mask, maskStep}, roiSize, positive, threshold, state},
+                                       scaleFactor);
+}
