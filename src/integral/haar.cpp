@@ -8,9 +8,11 @@
 #include "checks.h"
 #include "integral/haar_state.h"
 #include "scratch.h"
+#include "vector.h"
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 #include <limits>
 #include <type_traits>
@@ -252,60 +254,128 @@ ZelStatus tilt(const Zel8u* mask, int flag, State* state)
 
 // ---- numbers of the Apply functions
 //
-// Integers are unsigned while they are summed, so that they wrap.
+// A stage is computed for one pixel or for a vector of neighbours, in the same steps. Integers are unsigned while they are
+// summed, so that they wrap.
+
+struct OnePixel {
+    template <class T>
+    using Of = T;
+    static constexpr int kPixels = 1;
+};
+struct Neighbours {
+    template <class T>
+    using Of = Vec<T>;
+    static constexpr int kPixels = kLanes<Zel32f>;
+};
+
+inline Zel32s asSigned(Zel32u v) { return wrap(v); }
+inline Vec<Zel32s> asSigned(Vec<Zel32u> v) { return Vec<Zel32s>(v); }
+inline Zel32f asSigned(Zel32f v) { return v; }
+inline Vec<Zel32f> asSigned(Vec<Zel32f> v) { return v; }
+inline Zel32f toFloat(Zel32s v) { return Zel32f(v); }
+using zelcv::toFloat;
+
+// Images and norms may stand anywhere.
+template <class Lanes, class T>
+Lanes loadLanes(const T* from)
+{
+    Lanes lanes;
+    std::memcpy(&lanes, from, sizeof lanes);
+    return lanes;
+}
 
 struct FloatSums {
     using State = ZeliHaarClassifier_32f;
     using Element = Zel32f;
-    using Box = Zel32f;
-    using Total = Zel32f;
-    using StageSum = Zel32f;
+    using BoxNumber = Zel32f;
+    using StageNumber = Zel32f; // of norms and stage sums
+    template <class Pixels>
+    using Total = typename Pixels::template Of<Zel32f>;
 
-    static void add(Total& total, Box box, Zel32f weight) { total += box * weight; }
-    static bool isBelow(Total total, Zel32f threshold, Zel32f norm) { return threshold * norm > total; }
+    template <class Lanes>
+    static void add(Lanes& total, Lanes box, Zel32f weight) { total += box * weight; }
+    template <class Lanes>
+    static auto isBelow(Lanes total, Zel32f threshold, Lanes norm) { return threshold * norm > total; }
 };
 
 struct MixedSums : FloatSums {
     using Element = Zel32s;
-    using Box = Zel32u;
+    using BoxNumber = Zel32u;
 
-    static void add(Total& total, Box box, Zel32f weight) { total += Zel32f(wrap(box)) * weight; }
+    template <class Lanes, class Box>
+    static void add(Lanes& total, Box box, Zel32f weight) { total += toFloat(asSigned(box)) * weight; }
 };
 
 struct IntegerSums {
     using State = ZeliHaarClassifier_32s;
     using Element = Zel32s;
-    using Box = Zel32u;
-    using Total = Zel32u;
-    using StageSum = Zel32u;
+    using BoxNumber = Zel32u;
+    using StageNumber = Zel32u;
+    template <class Pixels>
+    using Total = typename Pixels::template Of<Zel32u>;
 
-    static void add(Total& total, Box box, Zel32s weight) { total += box * Zel32u(weight); }
-    static bool isBelow(Total total, Zel32s threshold, Zel32s norm)
+    template <class Lanes>
+    static void add(Lanes& total, Lanes box, Zel32s weight) { total += box * Zel32u(weight); }
+    template <class Lanes>
+    static auto isBelow(Lanes total, Zel32s threshold, Lanes norm)
     {
-        return wrap(total) < wrappingProduct(threshold, norm);
+        return asSigned(total) < asSigned(norm * Zel32u(threshold));
+    }
+};
+
+// Signed 32-bit lanes, widened: of each 16 bytes the first half in `low`, the second half in `high`.
+struct WideLanes {
+    Vec<std::uint64_t> low = {}, high = {};
+
+    static WideLanes from(Vec<Zel32u> v)
+    {
+        const IntRegister numbers = IntRegister(v), signs = IntRegister(Vec<Zel32s>(v) < 0);
+        return {Vec<std::uint64_t>(ZELCV_REGISTER(unpacklo_epi32)(numbers, signs)),
+                Vec<std::uint64_t>(ZELCV_REGISTER(unpackhi_epi32)(numbers, signs))};
     }
 };
 
 // 32-bit products, which wrap, in 64-bit totals, which are shifted left before they are compared.
-struct WideIntegerSums : IntegerSums {
-    using Total = std::uint64_t;
+class WideIntegerSums : public IntegerSums {
+public:
+    template <class Pixels>
+    using Total = std::conditional_t<Pixels::kPixels == 1, std::uint64_t, WideLanes>;
 
     // A shift by 64 and more leaves nothing, as in two steps of which none is as wide as the number.
     explicit WideIntegerSums(int scaleFactor)
-        : shift(int(std::min(-std::int64_t(scaleFactor), std::int64_t(63)))), lastShift(scaleFactor < -63)
+        : shift_(int(std::min(-std::int64_t(scaleFactor), std::int64_t(63)))), lastShift_(scaleFactor < -63)
     {
     }
 
-    static void add(Total& total, Box box, Zel32s weight)
+    static void add(std::uint64_t& total, Zel32u box, Zel32s weight)
     {
         total += std::uint64_t(std::int64_t(wrap(box * Zel32u(weight))));
     }
-    bool isBelow(Total total, Zel32s threshold, Zel32s norm) const
+    static void add(WideLanes& total, Vec<Zel32u> box, Zel32s weight)
     {
-        return std::int64_t(total << shift << lastShift) < std::int64_t(threshold) * norm;
+        const WideLanes product = WideLanes::from(box * Zel32u(weight));
+        total.low += product.low;
+        total.high += product.high;
     }
 
-    int shift, lastShift;
+    bool isBelow(std::uint64_t total, Zel32s threshold, Zel32u norm) const
+    {
+        return std::int64_t(total << shift_ << lastShift_) < std::int64_t(threshold) * wrap(norm);
+    }
+    Vec<Zel32s> isBelow(const WideLanes& total, Zel32s threshold, Vec<Zel32u> norm) const
+    {
+        const WideLanes norms = WideLanes::from(norm);
+        // Negative where a < b, without a comparison of 64-bit numbers, which SSE2 has not.
+        const auto compare = [&](Vec<std::uint64_t> sum, Vec<std::uint64_t> n) {
+            const Vec<std::uint64_t> a = sum << shift_ << lastShift_, b = n * std::uint64_t(std::int64_t(threshold));
+            return (a - b) ^ ((a ^ b) & ((a - b) ^ a));
+        };
+        const auto low = Vec<Zel32f>(compare(total.low, norms.low)), high = Vec<Zel32f>(compare(total.high, norms.high));
+        return Vec<Zel32s>(ZELCV_REGISTER(shuffle_ps)(low, high, _MM_SHUFFLE(3, 1, 3, 1))) < 0;
+    }
+
+private:
+    int shift_, lastShift_;
 };
 
 // ---- where the corners of boxes are
@@ -406,56 +476,147 @@ struct Detection {
     }
 };
 
-template <class T>
-T element(const T* from)
+// The stage sums of `Vectors` times as many pixels as `Pixels` says. The first `rotated` classifiers add the product of their
+// first rectangle last.
+template <class Pixels, int Vectors, class Sums, class Walk, class State>
+auto stageSums(const Sums& sums, Walk walk, const State& state, Zel32s rotated, const typename State::Number* norm)
 {
-    T value;
-    std::memcpy(&value, from, sizeof value); // images may stand anywhere
-    return value;
-}
-
-// The first `rotated` classifiers add the product of their first rectangle last.
-template <class Sums, class Walk, class State>
-typename Sums::StageSum stageSum(const Sums& sums, Walk walk, const State& state, Zel32s rotated, typename State::Number norm)
-{
-    using Box = typename Sums::Box;
-    using StageSum = typename Sums::StageSum;
-    StageSum stage = 0;
+    using Boxes = typename Pixels::template Of<typename Sums::BoxNumber>;
+    using Stage = typename Pixels::template Of<typename Sums::StageNumber>;
+    using Value = typename Sums::StageNumber;
+    std::array<Stage, Vectors> norms, stage = {};
+    for (std::size_t v = 0; v < Vectors; ++v) norms[v] = loadLanes<Stage>(norm + v * Pixels::kPixels);
     for (Zel32s i = 0; i < state.classifierCount; ++i) {
         const auto& classifier = state.classifiers[i];
         const auto* image = walk.enter(classifier);
-        typename Sums::Total total = 0;
+        typename Sums::template Total<Pixels> totals[Vectors] = {};
         const auto addRect = [&](Zel32s j) {
             const Offsets at = walk.offsets(j);
-            const auto corner = [&](int k) { return Box(element(image + at[std::size_t(k)])); };
-            sums.add(total, corner(0) - corner(1) - corner(2) + corner(3), classifier.rects[j].weight);
+            const auto weight = classifier.rects[j].weight;
+            for (std::size_t v = 0; v < Vectors; ++v) {
+                const auto corner = [&](std::size_t k) { return loadLanes<Boxes>(image + at[k] + v * Pixels::kPixels); };
+                sums.add(totals[v], Boxes(corner(0) - corner(1) - corner(2) + corner(3)), weight);
+            }
         };
         const Zel32s first = i < rotated ? 1 : 0;
         for (Zel32s j = first; j < classifier.rectCount; ++j) addRect(j);
         if (first == 1) addRect(0);
-        stage += StageSum(sums.isBelow(total, classifier.threshold, norm) ? classifier.value1 : classifier.value2);
+        for (std::size_t v = 0; v < Vectors; ++v)
+            stage[v] += sums.isBelow(totals[v], classifier.threshold, norms[v]) ? Value(classifier.value1)
+                                                                                  : Value(classifier.value2);
     }
     return stage;
 }
 
-template <class Sums, class Boxes, class State>
-void detect(const Sums& sums, const Boxes& boxes, const Detection<State>& call, Zel32s rotated)
+// ---- masks
+
+inline std::uint64_t eightBytes(const Zel8u* from)
 {
-    using Number = typename State::Number;
-    Zel32u survivors = 0;
-    for (int y = 0; y < call.roi.height; ++y) {
-        Zel8u* mask = call.mask.row(y);
-        const Number* norm = call.norm.row(y);
-        for (int x = 0; x < call.roi.width; ++x) {
-            if (mask[x] == 0) continue;
-            if (call.threshold > Number(stageSum(sums, boxes.walk(x, y), *call.state, rotated, element(norm + x))))
-                mask[x] = 0;
+    std::uint64_t bytes;
+    std::memcpy(&bytes, from, sizeof bytes);
+    return bytes;
+}
+
+// The first pixel from `x` on that is marked; `end` where there is none.
+inline int nextMarked(const Zel8u* mask, int x, int end)
+{
+    for (; end - x >= 8; x += 8)
+        if (const std::uint64_t bytes = eightBytes(mask + x)) return x + std::countr_zero(bytes) / 8;
+    while (x < end && mask[x] == 0) ++x;
+    return x;
+}
+
+// The pixel behind the last one that is marked; 0 where there is none.
+inline int endOfMarked(const Zel8u* mask, int end)
+{
+    for (; end >= 8; end -= 8)
+        if (const std::uint64_t bytes = eightBytes(mask + end - 8)) return end - std::countl_zero(bytes) / 8;
+    while (end > 0 && mask[end - 1] == 0) --end;
+    return end;
+}
+
+// A bit for each of `Pixels` pixels that is marked, the first one's lowest.
+template <int Pixels>
+Zel32u markedBits(const Zel8u* mask)
+{
+    static_assert(Pixels <= 16);
+    __m128i bytes = {};
+    std::memcpy(&bytes, mask, Pixels);
+    return ~Zel32u(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, __m128i{}))) & ((1u << Pixels) - 1);
+}
+
+// Runs a stage over the marked pixels of a region. Between the first and the last marked pixel of a row others are computed
+// beside them, as far as vectors need, but neither counted nor changed; none outside of those is even read.
+template <class Sums, class Boxes>
+class Detector {
+public:
+    using State = typename Sums::State;
+
+    Detector(const Sums& sums, const Boxes& boxes, const Detection<State>& call, Zel32s rotated)
+        : sums_(sums), boxes_(boxes), call_(call), rotated_(rotated)
+    {
+    }
+
+    void run()
+    {
+        for (int y = 0; y < call_.roi.height; ++y) runRow(y);
+        *call_.positive = wrap(survivors_);
+    }
+
+private:
+    static constexpr int kNarrow = Neighbours::kPixels, kWide = 16;
+
+    void runRow(int y)
+    {
+        const Zel8u* mask = call_.mask.row(y);
+        const int end = endOfMarked(mask, call_.roi.width), begin = nextMarked(mask, 0, end);
+        for (int x = begin; x < end;) {
+            if (end - x >= kWide && needsWide(markedBits<kWide>(mask + x)))
+                x = runBlock<Neighbours, kWide / kNarrow>(x, x, y);
+            else if (end - begin >= kNarrow)
+                x = runBlock<Neighbours, 1>(std::min(x, end - kNarrow), x, y);
             else
-                ++survivors;
+                x = runBlock<OnePixel, 1>(x, x, y);
+            x = nextMarked(mask, x, end);
         }
     }
-    *call.positive = wrap(survivors);
-}
+
+    // Whether most vectors of a wide block hold a marked pixel.
+    static bool needsWide(Zel32u marked)
+    {
+        int vectors = 0;
+        for (int first = 0; first < kWide; first += kNarrow) vectors += (marked >> first & ((1u << kNarrow) - 1)) != 0;
+        return 2 * vectors > kWide / kNarrow;
+    }
+
+    // The pixels from `start` on, of which those before `x` are done already. Returns the pixel behind them.
+    template <class Pixels, int Vectors>
+    int runBlock(int start, int x, int y)
+    {
+        constexpr int kPixels = Vectors * Pixels::kPixels;
+        const auto stage = stageSums<Pixels, Vectors>(sums_, boxes_.walk(start, y), *call_.state, rotated_,
+                                                      call_.norm.row(y) + start);
+        Zel32u failed = 0;
+        for (int v = 0; v < Vectors; ++v) {
+            const auto fails = call_.threshold > asSigned(stage[std::size_t(v)]);
+            if constexpr (Pixels::kPixels == 1)
+                failed = fails;
+            else
+                failed |= laneBits(Vec<Zel32s>(fails)) << v * Pixels::kPixels;
+        }
+        Zel8u* mask = call_.mask.row(y) + start;
+        const Zel32u marked = markedBits<kPixels>(mask) >> (x - start) << (x - start);
+        survivors_ += Zel32u(std::popcount(marked & ~failed));
+        for (Zel32u bits = marked & failed; bits != 0; bits &= bits - 1) mask[std::countr_zero(bits)] = 0;
+        return start + kPixels;
+    }
+
+    const Sums& sums_;
+    const Boxes& boxes_;
+    const Detection<State>& call_;
+    Zel32s rotated_;
+    Zel32u survivors_ = 0;
+};
 
 // Without memory for the offsets nothing happens, and the call still succeeds.
 template <class Sums>
@@ -471,7 +632,7 @@ ZelStatus applyUpright(Plane<const typename Sums::Element> src, const Detection<
         for (Zel32s j = 0; j < state.classifiers[i].rectCount; ++j)
             for (const auto offset : cornerOffsets(state.classifiers[i].rects[j], src.step)) *next++ = Zel32s(offset);
     const bool rotates = std::is_same_v<Sums, FloatSums>;
-    detect(Sums(), ListedBoxes(src, offsets), call, rotates ? state.shortRectCount : 0);
+    Detector(Sums(), ListedBoxes(src, offsets), call, rotates ? state.shortRectCount : 0).run();
     return zelStatusOk;
 }
 
@@ -483,9 +644,9 @@ ZelStatus applyMixed(Plane<const typename Sums::Element> src, Plane<const typena
     const MixedBoxes<typename Sums::Element, typename Sums::State::Number> boxes(src, tilt);
     if constexpr (std::is_constructible_v<Sums, int>) {
         if (scaleFactor > 0) return zelStatusBadArgument;
-        detect(Sums(scaleFactor), boxes, call, 0);
+        Detector(Sums(scaleFactor), boxes, call, 0).run();
     } else {
-        detect(Sums(), boxes, call, 0);
+        Detector(Sums(), boxes, call, 0).run();
     }
     return zelStatusOk;
 }
