@@ -479,6 +479,64 @@ ZELCV_API ZelStatus zeliApplyMixedHaarClassifier_32s32f_C1R(const Zel32s* src, i
 ZELCV_API ZelStatus zeliApplyMixedHaarClassifier_32s_C1RSfs(const Zel32s* src, int srcStep, const Zel32s* tilt,
         int tiltStep, const Zel32s* norm, int normStep, Zel8u* mask, int maskStep, ZeliSize roiSize, Zel32s* positive,
         Zel32s threshold, const ZeliHaarClassifier_32s* state, int scaleFactor);
+/* ==== Integral images ============================================================================================
+ *
+ * Sums of an 8u image, and of its squares, over everything above and to the left of a point (upright) or over the triangle
+ * above it whose sides run at 45 degrees (tilted), so that the sum of any box takes four reads.
+ *
+ *   upright   dst has (width + 1) by (height + 1) elements; row 0 and column 0 are val
+ *   tilted    dst has (width + 2) by (height + 2) elements; rows 0 and 1 are val
+ *
+ *   src, srcStep        8u source
+ *   dst, dstStep, val   sums, and the value that they start from
+ *   sqr, sqrStep, valSqr   sums of squares, likewise
+ *   roiSize             size of the source, in pixels
+ * 32s sums wrap. 32f sums: upright, the row's integer sum is converted and added in single to the element above; tilted, each
+ * element is computed in double and rounded, and column `width` is added to what already stands there: clear it first.
+ * zeliTiltedSqrIntegral_8u32s_C1R reads one pixel behind each source row.
+ * Errors, in this order: null pointer -8; width or height below 1 -6; a step below a row of its plane -14; a step not a multiple
+ * of its element -108. No scratch; on the calling thread.
+ */
+
+/* Upright sums in 32s. */
+ZELCV_API ZelStatus zeliIntegral_8u32s_C1R(const Zel8u* src, int srcStep, Zel32s* dst, int dstStep, ZeliSize roiSize,
+        Zel32s val);
+
+/* Upright sums in 32f. */
+ZELCV_API ZelStatus zeliIntegral_8u32f_C1R(const Zel8u* src, int srcStep, Zel32f* dst, int dstStep, ZeliSize roiSize,
+        Zel32f val);
+
+/* Tilted sums in 32s. */
+ZELCV_API ZelStatus zeliTiltedIntegral_8u32s_C1R(const Zel8u* src, int srcStep, Zel32s* dst, int dstStep,
+        ZeliSize roiSize, Zel32s val);
+
+/* Tilted sums in 32f. */
+ZELCV_API ZelStatus zeliTiltedIntegral_8u32f_C1R(const Zel8u* src, int srcStep, Zel32f* dst, int dstStep,
+        ZeliSize roiSize, Zel32f val);
+
+/* Upright sums in 32s and sums of squares in 32s. */
+ZELCV_API ZelStatus zeliSqrIntegral_8u32s_C1R(const Zel8u* src, int srcStep, Zel32s* dst, int dstStep, Zel32s* sqr,
+        int sqrStep, ZeliSize roiSize, Zel32s val, Zel32s valSqr);
+
+/* Upright sums in 32s and sums of squares in 64f. */
+ZELCV_API ZelStatus zeliSqrIntegral_8u32s64f_C1R(const Zel8u* src, int srcStep, Zel32s* dst, int dstStep, Zel64f* sqr,
+        int sqrStep, ZeliSize roiSize, Zel32s val, Zel64f valSqr);
+
+/* Upright sums in 32f and sums of squares in 64f. */
+ZELCV_API ZelStatus zeliSqrIntegral_8u32f64f_C1R(const Zel8u* src, int srcStep, Zel32f* dst, int dstStep, Zel64f* sqr,
+        int sqrStep, ZeliSize roiSize, Zel32f val, Zel64f valSqr);
+
+/* Tilted sums in 32s and sums of squares in 32s. */
+ZELCV_API ZelStatus zeliTiltedSqrIntegral_8u32s_C1R(const Zel8u* src, int srcStep, Zel32s* dst, int dstStep,
+        Zel32s* sqr, int sqrStep, ZeliSize roiSize, Zel32s val, Zel32s valSqr);
+
+/* Tilted sums in 32s and sums of squares in 64f. */
+ZELCV_API ZelStatus zeliTiltedSqrIntegral_8u32s64f_C1R(const Zel8u* src, int srcStep, Zel32s* dst, int dstStep,
+        Zel64f* sqr, int sqrStep, ZeliSize roiSize, Zel32s val, Zel64f valSqr);
+
+/* Tilted sums in 32f and sums of squares in 64f. */
+ZELCV_API ZelStatus zeliTiltedSqrIntegral_8u32f64f_C1R(const Zel8u* src, int srcStep, Zel32f* dst, int dstStep,
+        Zel64f* sqr, int sqrStep, ZeliSize roiSize, Zel32f val, Zel64f valSqr);
 
 /* ==== Row and column pipelines ===================================================================================
  *

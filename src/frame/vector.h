@@ -6,6 +6,7 @@
 #include "zelcv.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <immintrin.h>
 #include <type_traits>
@@ -312,9 +313,83 @@ inline Vec<Zel32s> loadMask(const Zel8u* from)
 // `value` where the mask is set, +0 elsewhere.
 inline Vec<Zel32f> keep(Vec<Zel32s> mask, Vec<Zel32f> value) { return Vec<Zel32f>(mask & Vec<Zel32s>(value)); }
 
+// ---- running sums, double precision
+
+// As many bytes as there are 32-bit lanes, widened.
+inline Vec<Zel32u> loadWords(const Zel8u* from)
+{
+#if defined(__AVX2__)
+    return Vec<Zel32u>(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(from))));
+#else
+    std::int32_t four;
+    std::memcpy(&four, from, sizeof four);
+    return Vec<Zel32u>(_mm_unpacklo_epi16(_mm_unpacklo_epi8(_mm_cvtsi32_si128(four), __m128i{}), __m128i{}));
+#endif
+}
+
+// Each lane plus all lanes before it.
+inline Vec<Zel32u> prefixSums(Vec<Zel32u> v)
+{
+    v += Vec<Zel32u>(ZELCV_WHOLE(slli)(IntRegister(v), 4)); // these two work within each 16 bytes
+    v += Vec<Zel32u>(ZELCV_WHOLE(slli)(IntRegister(v), 8));
+#if defined(__AVX2__)
+    const __m256i low = _mm256_permute2x128_si256(__m256i(v), __m256i(v), 0x08); // beside zeros
+    v += Vec<Zel32u>(_mm256_shuffle_epi32(low, 0xff));
+#endif
+    return v;
+}
+
+// The last lane in all lanes.
+inline Vec<Zel32u> splatLast(Vec<Zel32u> v)
+{
+#if defined(__AVX2__)
+    return Vec<Zel32u>(_mm256_permutevar8x32_epi32(__m256i(v), _mm256_set1_epi32(7)));
+#else
+    return Vec<Zel32u>(_mm_shuffle_epi32(__m128i(v), 0xff));
+#endif
+}
+
+// As many doubles as there are floats in a vector.
+struct Doubles {
+    Vec<Zel64f> low, high;
+
+    friend Doubles operator+(Doubles a, Doubles b) { return {a.low + b.low, a.high + b.high}; }
+    friend Doubles operator-(Doubles a, Doubles b) { return {a.low - b.low, a.high - b.high}; }
+    friend Doubles operator*(Doubles a, Doubles b) { return {a.low * b.low, a.high * b.high}; }
+    friend Doubles operator/(Doubles a, Doubles b) { return {a.low / b.low, a.high / b.high}; }
+};
+
+inline Doubles loadDoubles(const Zel64f* from) { return {load(from), load(from + kLanes<Zel64f>)}; }
+inline void store(Zel64f* to, Doubles v)
+{
+    store(to, v.low);
+    store(to + kLanes<Zel64f>, v.high);
+}
+inline void storePartial(Zel64f* to, Doubles v, int count) { std::memcpy(to, &v, sizeof(*to) * std::size_t(count)); }
+inline Doubles splatDoubles(Zel64f value) { return {splat(value), splat(value)}; }
+
+#if defined(__AVX2__)
+inline Doubles toDoubles(Vec<Zel32s> v)
+{
+    return {_mm256_cvtepi32_pd(_mm256_castsi256_si128(__m256i(v))), _mm256_cvtepi32_pd(_mm256_extracti128_si256(__m256i(v), 1))};
+}
+inline Doubles toDoubles(Vec<Zel32f> v)
+{
+    return {_mm256_cvtps_pd(_mm256_castps256_ps128(v)), _mm256_cvtps_pd(_mm256_extractf128_ps(v, 1))};
+}
+inline Vec<Zel32f> toFloat(Doubles v) { return _mm256_set_m128(_mm256_cvtpd_ps(v.high), _mm256_cvtpd_ps(v.low)); }
+#else
+inline Doubles toDoubles(Vec<Zel32s> v)
+{
+    return {_mm_cvtepi32_pd(__m128i(v)), _mm_cvtepi32_pd(_mm_unpackhi_epi64(__m128i(v), __m128i(v)))};
+}
+inline Doubles toDoubles(Vec<Zel32f> v) { return {_mm_cvtps_pd(v), _mm_cvtps_pd(_mm_movehl_ps(v, v))}; }
+inline Vec<Zel32f> toFloat(Doubles v) { return _mm_movelh_ps(_mm_cvtpd_ps(v.low), _mm_cvtpd_ps(v.high)); }
+#endif
+
 // ---- rows
 
-// How mapRow reads a source: plain elements, elements widened to float, mask bytes.
+// How mapRow reads a source: plain elements, elements widened to float, mask bytes, bytes widened to 32 bits, doubles.
 template <class T>
 struct Elements {
     const T* from;
@@ -329,17 +404,27 @@ struct AsMask {
     const Zel8u* from;
     Vec<Zel32s> at(int i) const { return loadMask(from + i); }
 };
+struct AsWords {
+    const Zel8u* from;
+    Vec<Zel32u> at(int i) const { return loadWords(from + i); }
+};
+struct AsDoubles {
+    const Zel64f* from;
+    Doubles at(int i) const { return loadDoubles(from + i); }
+};
 
-// dst[i] = operation(source.at(i)...) for `count` elements. The tail goes through the same operation on padded copies. Exact
-// overlap of dst with a source is allowed: each element is read before it is written.
+// dst[i] = operation(source.at(i)...) for `count` elements, as many at a time as the operation returns. The tail goes through
+// the same operation on padded copies. Exact overlap of dst with a source is allowed: each element is read before it is
+// written.
 template <class D, class Operation, class... Sources>
 void mapRow(D* dst, int count, const Operation& operation, Sources... sources)
 {
+    constexpr int kBlock = int(sizeof(operation(sources.at(0)...)) / sizeof(D));
     int i = 0;
-    for (; i <= count - kLanes<D>; i += kLanes<D>) store(dst + i, operation(sources.at(i)...));
+    for (; i <= count - kBlock; i += kBlock) store(dst + i, operation(sources.at(i)...));
     if (i == count) return;
     const auto tail = [i, rest = count - i](auto source) {
-        std::remove_cvref_t<decltype(*source.from)> padded[kLanes<D>] = {};
+        std::remove_cvref_t<decltype(*source.from)> padded[kBlock] = {};
         std::memcpy(padded, source.from + i, sizeof(*padded) * std::size_t(rest));
         return decltype(source){padded}.at(0);
     };
