@@ -538,6 +538,44 @@ ZELCV_API ZelStatus zeliTiltedSqrIntegral_8u32s64f_C1R(const Zel8u* src, int src
 ZELCV_API ZelStatus zeliTiltedSqrIntegral_8u32f64f_C1R(const Zel8u* src, int srcStep, Zel32f* dst, int dstStep,
         Zel64f* sqr, int sqrStep, ZeliSize roiSize, Zel32f val, Zel64f valSqr);
 
+/* ==== Standard deviation in a sliding rectangle ==================================================================
+ *
+ * For each pixel the standard deviation of the image under a rectangle that slides with it, from an integral image and one of
+ * the squares: sqrt(max(0, Q / n - (S / n)^2)).
+ *
+ *   src, sqr    integral images (tilted ones for Tilted), each with its step; tilted windows may reach columns left of src
+ *   dst         one value for each pixel of roiSize
+ *   rect        the rectangle, relative to the pixel
+ *   scaleFactor Sfs forms: the result is multiplied by 2^-scaleFactor and rounded half up
+ * Errors, in this order: null pointer -8; width or height below 1 -6; a step below its row (roiSize.width + rect.x + rect.width
+ * elements of src and sqr; tilted: rect.x + rect.y + rect.width + rect.height + roiSize.width - 1) -14; a step not a multiple of
+ * its element -108; rect.x or rect.y negative, rect.width or rect.height below 1 -6. No scratch.
+ */
+
+/* Upright rectangle; sums 32f, squares 64f, result 32f. */
+ZELCV_API ZelStatus zeliRectStdDev_32f_C1R(const Zel32f* src, int srcStep, const Zel64f* sqr, int sqrStep,
+        Zel32f* dst, int dstStep, ZeliSize roiSize, ZeliRect rect);
+
+/* Upright rectangle; sums 32s, squares 64f, result 32f. */
+ZELCV_API ZelStatus zeliRectStdDev_32s32f_C1R(const Zel32s* src, int srcStep, const Zel64f* sqr, int sqrStep,
+        Zel32f* dst, int dstStep, ZeliSize roiSize, ZeliRect rect);
+
+/* Upright rectangle; sums 32s, squares 32s, result 32s. */
+ZELCV_API ZelStatus zeliRectStdDev_32s_C1RSfs(const Zel32s* src, int srcStep, const Zel32s* sqr, int sqrStep,
+        Zel32s* dst, int dstStep, ZeliSize roiSize, ZeliRect rect, int scaleFactor);
+
+/* Tilted rectangle; sums 32f, squares 64f, result 32f. */
+ZELCV_API ZelStatus zeliTiltedRectStdDev_32f_C1R(const Zel32f* src, int srcStep, const Zel64f* sqr, int sqrStep,
+        Zel32f* dst, int dstStep, ZeliSize roiSize, ZeliRect rect);
+
+/* Tilted rectangle; sums 32s, squares 64f, result 32f. */
+ZELCV_API ZelStatus zeliTiltedRectStdDev_32s32f_C1R(const Zel32s* src, int srcStep, const Zel64f* sqr, int sqrStep,
+        Zel32f* dst, int dstStep, ZeliSize roiSize, ZeliRect rect);
+
+/* Tilted rectangle; sums 32s, squares 32s, result 32s. */
+ZELCV_API ZelStatus zeliTiltedRectStdDev_32s_C1RSfs(const Zel32s* src, int srcStep, const Zel32s* sqr, int sqrStep,
+        Zel32s* dst, int dstStep, ZeliSize roiSize, ZeliRect rect, int scaleFactor);
+
 /* ==== Row and column pipelines ===================================================================================
  *
  * The two halves of a separable filter. The row half filters along rows, makes up the pixels left and right of the

@@ -366,12 +366,14 @@ inline void store(Zel64f* to, Doubles v)
     store(to + kLanes<Zel64f>, v.high);
 }
 inline void storePartial(Zel64f* to, Doubles v, int count) { std::memcpy(to, &v, sizeof(*to) * std::size_t(count)); }
+inline Doubles toDoubles(Doubles v) { return v; }
 inline Doubles splatDoubles(Zel64f value) { return {splat(value), splat(value)}; }
 
 #if defined(__AVX2__)
 inline Doubles toDoubles(Vec<Zel32s> v)
 {
-    return {_mm256_cvtepi32_pd(_mm256_castsi256_si128(__m256i(v))), _mm256_cvtepi32_pd(_mm256_extracti128_si256(__m256i(v), 1))};
+    return {_mm256_cvtepi32_pd(_mm256_castsi256_si128(__m256i(v))),
+            _mm256_cvtepi32_pd(_mm256_extracti128_si256(__m256i(v), 1))};
 }
 inline Doubles toDoubles(Vec<Zel32f> v)
 {
@@ -386,6 +388,26 @@ inline Doubles toDoubles(Vec<Zel32s> v)
 inline Doubles toDoubles(Vec<Zel32f> v) { return {_mm_cvtps_pd(v), _mm_cvtps_pd(_mm_movehl_ps(v, v))}; }
 inline Vec<Zel32f> toFloat(Doubles v) { return _mm_movelh_ps(_mm_cvtpd_ps(v.low), _mm_cvtpd_ps(v.high)); }
 #endif
+
+inline Vec<Zel32f> squareRoot(Vec<Zel32f> v) { return ZELCV_REGISTER(sqrt_ps)(v); }
+inline Doubles squareRoot(Doubles v) { return {ZELCV_REGISTER(sqrt_pd)(v.low), ZELCV_REGISTER(sqrt_pd)(v.high)}; }
+
+// The larger of each; b where either is NaN.
+inline Vec<Zel32f> maximum(Vec<Zel32f> a, Vec<Zel32f> b) { return ZELCV_REGISTER(max_ps)(a, b); }
+inline Doubles maximum(Doubles a, Doubles b)
+{
+    return {ZELCV_REGISTER(max_pd)(a.low, b.low), ZELCV_REGISTER(max_pd)(a.high, b.high)};
+}
+
+// Cuts toward zero. Numbers outside the range of 32 bits, and NaN, become its minimum.
+inline Vec<Zel32s> truncate(Doubles v)
+{
+#if defined(__AVX2__)
+    return Vec<Zel32s>(_mm256_set_m128i(_mm256_cvttpd_epi32(v.high), _mm256_cvttpd_epi32(v.low)));
+#else
+    return Vec<Zel32s>(_mm_unpacklo_epi64(_mm_cvttpd_epi32(v.low), _mm_cvttpd_epi32(v.high)));
+#endif
+}
 
 // ---- rows
 

@@ -99,7 +99,8 @@ struct Member {
             Output<S> sqr(random, size, extra);
             ASSERT_EQ(zelStatusOk, function(src.data(), src.step(), dst.image.data(), dst.image.step(), sqr.image.data(),
                                             sqr.image.step(), size, start, S(squareStart))) << name;
-            sqr.expect(tilted ? tiltedSums<S>(src, true, S(squareStart), behind, {}) : uprightSums<S>(src, true, S(squareStart)),
+            const S from = S(squareStart);
+            sqr.expect(tilted ? tiltedSums<S>(src, true, from, behind, {}) : uprightSums<S>(src, true, from),
                        std::string("squares of ").append(name));
         }
         dst.expect(sums(src, start, dst.column(size.width)), name);
@@ -172,7 +173,7 @@ TEST(Integral, ChecksInOrder)
         using A = Arguments<T, Square>;
         Random random(3);
         const ZeliSize size = {6, 2};
-        const int extra = member.tilted ? 2 : 1, sizeofSquare = int(sizeof(Square));
+        const int extra = member.tilted ? 2 : 1, columns = 6 + extra, s = int(sizeof(Square));
         Image<Zel8u> src(random, 7, 2);
         Output<T> dst(random, size, extra);
         Output<Square> sqr(random, size, extra);
@@ -183,15 +184,15 @@ TEST(Integral, ChecksInOrder)
             {"width 0", zelStatusBadSize, [](A& a) { a.size.width = 0; }},
             {"height 0", zelStatusBadSize, [](A& a) { a.size.height = 0; }},
             {"srcStep", zelStatusBadStep, [](A& a) { a.srcStep = 5; }},
-            {"dstStep", zelStatusBadStep, [=](A& a) { a.dstStep = 4 * (6 + extra - 1); }},
-            {"sqrStep", zelStatusBadStep, [=](A& a) { a.sqrStep = sizeofSquare * (6 + extra - 1); }},
-            {"dstStep odd", zelStatusStepNotAligned, [=](A& a) { a.dstStep = 4 * (6 + extra) + 2; }},
-            {"sqrStep odd", zelStatusStepNotAligned, [=](A& a) { a.sqrStep = sizeofSquare * (6 + extra) + sizeofSquare / 2; }},
+            {"dstStep", zelStatusBadStep, [=](A& a) { a.dstStep = 4 * columns - 4; }},
+            {"sqrStep", zelStatusBadStep, [=](A& a) { a.sqrStep = s * columns - s; }},
+            {"dstStep odd", zelStatusStepNotAligned, [=](A& a) { a.dstStep = 4 * columns + 2; }},
+            {"sqrStep odd", zelStatusStepNotAligned, [=](A& a) { a.sqrStep = s * columns + s / 2; }},
         };
         if (!squares)
             std::erase_if(faults, [](const auto& fault) { return std::strstr(fault.what, "sqr") != nullptr; });
-        expectCheckOrder(A{src.data(), dst.image.data(), sqr.image.data(), src.step(), dst.image.step(), sqr.image.step(), size},
-                         faults, [&](const A& a) {
+        expectCheckOrder(A{src.data(), dst.image.data(), sqr.image.data(), src.step(), dst.image.step(), sqr.image.step(),
+                           size}, faults, [&](const A& a) {
                              if constexpr (squares)
                                  return member.function(a.src, a.srcStep, a.dst, a.dstStep, a.sqr, a.sqrStep, a.size, 0, 0);
                              else
