@@ -383,102 +383,6 @@ ZELCV_API ZelStatus zeliAddWeighted_32f_C1IMR(const Zel32f* src, int srcStep, co
 ZELCV_API ZelStatus zeliAddWeighted_32f_C1R(const Zel32f* src1, int src1Step, const Zel32f* src2, int src2Step,
         Zel32f* dst, int dstStep, ZeliSize roiSize, Zel32f alpha);
 
-/* ==== Haar classifiers ===========================================================================================
- *
- * One stage of a cascade detector over integral images. A classifier is a weighted sum t of box sums; it adds value1 to the
- * stage's sum when threshold * norm > t, value2 otherwise; a pixel survives when the stage's sum is not below the stage's
- * threshold. The caller runs the stages one after the other on one shared mask.
- *
- * InitAlloc: rects and weights stand one behind the other for all classifiers, rectCounts[i] of them for classifier i;
- * thresholds, values1 and values2 have one entry a classifier. With no classifiers the first rect is read all the same.
- * Errors, in this order: null pointer -8; classifierCount below 0, a rectCounts entry below 1 -6; a rect with negative x or y,
- * or width or height below 1 (tilted: height above x + 1 too) -5; no memory -9. zeliHaarClassifierInitAlloc_32f looks at the
- * rects before it asks for memory and leaves *state alone when one is bad; the others look at them after that and store null.
- * All other errors leave *state alone.
- * Free: null -8.
- */
-
-/* Makes a stage of upright classifiers with 32f numbers. */
-ZELCV_API ZelStatus zeliHaarClassifierInitAlloc_32f(ZeliHaarClassifier_32f** state, const ZeliRect* rects,
-        const Zel32f* weights, const Zel32f* thresholds, const Zel32f* values1, const Zel32f* values2,
-        const Zel32s* rectCounts, int classifierCount);
-
-/* Makes a stage of tilted classifiers with 32f numbers. */
-ZELCV_API ZelStatus zeliTiltedHaarClassifierInitAlloc_32f(ZeliHaarClassifier_32f** state, const ZeliRect* rects,
-        const Zel32f* weights, const Zel32f* thresholds, const Zel32f* values1, const Zel32f* values2,
-        const Zel32s* rectCounts, int classifierCount);
-
-/* Releases a stage. */
-ZELCV_API ZelStatus zeliHaarClassifierFree_32f(ZeliHaarClassifier_32f* state);
-
-/* The extent that the stage reads, in elements of the integral image. Null -8. */
-ZELCV_API ZelStatus zeliGetHaarClassifierSize_32f(const ZeliHaarClassifier_32f* state, ZeliSize* size);
-
-/* Turns the classifiers whose mask byte is not zero (one byte each, in the caller's order) into tilted ones, in
- * place, once for each state; flag chooses the corner that stays. Null -8; already tilted -5. */
-ZELCV_API ZelStatus zeliTiltHaarFeatures_32f(const Zel8u* mask, int flag, ZeliHaarClassifier_32f* state);
-
-/* Makes a stage of upright classifiers with 32s numbers. */
-ZELCV_API ZelStatus zeliHaarClassifierInitAlloc_32s(ZeliHaarClassifier_32s** state, const ZeliRect* rects,
-        const Zel32s* weights, const Zel32s* thresholds, const Zel32s* values1, const Zel32s* values2,
-        const Zel32s* rectCounts, int classifierCount);
-
-/* Makes a stage of tilted classifiers with 32s numbers. */
-ZELCV_API ZelStatus zeliTiltedHaarClassifierInitAlloc_32s(ZeliHaarClassifier_32s** state, const ZeliRect* rects,
-        const Zel32s* weights, const Zel32s* thresholds, const Zel32s* values1, const Zel32s* values2,
-        const Zel32s* rectCounts, int classifierCount);
-
-/* Releases a stage. */
-ZELCV_API ZelStatus zeliHaarClassifierFree_32s(ZeliHaarClassifier_32s* state);
-
-/* The extent that the stage reads, in elements of the integral image. Null -8. */
-ZELCV_API ZelStatus zeliGetHaarClassifierSize_32s(const ZeliHaarClassifier_32s* state, ZeliSize* size);
-
-/* Turns the classifiers whose mask byte is not zero (one byte each, in the caller's order) into tilted ones, in
- * place, once for each state; flag chooses the corner that stays. Null -8; already tilted -5. */
-ZELCV_API ZelStatus zeliTiltHaarFeatures_32s(const Zel8u* mask, int flag, ZeliHaarClassifier_32s* state);
-
-/* Apply: runs a stage on each pixel of roiSize whose mask byte is not zero, clears the byte where the pixel fails, and counts
- * the survivors in *positive.
- *   src, srcStep     integral image, of which each pixel reads its classifiers' boxes
- *   tilt, tiltStep   Mixed: tilted integral image, read by the tilted classifiers, from one row below and one column right
- *   norm, normStep   the local normalisation, one number a pixel; mask: one byte a pixel, read and written
- *   threshold        of the stage; state: the stage
- *   scaleFactor      zeliApplyMixedHaarClassifier_32s_C1RSfs: 0 or negative, t is shifted left by -scaleFactor, in 64 bits,
- *                    of which 64 and more leave 0; the other function ignores it
- * In a row nothing is read left of what the first marked pixel reads, nor right of what the last one does. Without memory for
- * its scratch a call of the upright functions does nothing and returns 0; the mixed ones need none.
- * Errors, in this order: null pointer -8; height or width below 1 -6; a step below 4 * width (mask: width) -14; an image step
- * not a multiple of 4 -108; a positive scaleFactor in the mixed function -5. On the calling thread. */
-/* Upright classifiers on 32f sums. */
-ZELCV_API ZelStatus zeliApplyHaarClassifier_32f_C1R(const Zel32f* src, int srcStep, const Zel32f* norm, int normStep,
-        Zel8u* mask, int maskStep, ZeliSize roiSize, Zel32s* positive, Zel32f threshold,
-        const ZeliHaarClassifier_32f* state);
-
-/* Upright classifiers on 32s sums. */
-ZELCV_API ZelStatus zeliApplyHaarClassifier_32s32f_C1R(const Zel32s* src, int srcStep, const Zel32f* norm,
-        int normStep, Zel8u* mask, int maskStep, ZeliSize roiSize, Zel32s* positive, Zel32f threshold,
-        const ZeliHaarClassifier_32f* state);
-
-/* Upright classifiers on 32s sums. */
-ZELCV_API ZelStatus zeliApplyHaarClassifier_32s_C1RSfs(const Zel32s* src, int srcStep, const Zel32s* norm,
-        int normStep, Zel8u* mask, int maskStep, ZeliSize roiSize, Zel32s* positive, Zel32s threshold,
-        const ZeliHaarClassifier_32s* state, int scaleFactor);
-
-/* Upright and tilted classifiers on 32f sums. */
-ZELCV_API ZelStatus zeliApplyMixedHaarClassifier_32f_C1R(const Zel32f* src, int srcStep, const Zel32f* tilt,
-        int tiltStep, const Zel32f* norm, int normStep, Zel8u* mask, int maskStep, ZeliSize roiSize, Zel32s* positive,
-        Zel32f threshold, const ZeliHaarClassifier_32f* state);
-
-/* Upright and tilted classifiers on 32s sums. */
-ZELCV_API ZelStatus zeliApplyMixedHaarClassifier_32s32f_C1R(const Zel32s* src, int srcStep, const Zel32s* tilt,
-        int tiltStep, const Zel32f* norm, int normStep, Zel8u* mask, int maskStep, ZeliSize roiSize, Zel32s* positive,
-        Zel32f threshold, const ZeliHaarClassifier_32f* state);
-
-/* Upright and tilted classifiers on 32s sums. */
-ZELCV_API ZelStatus zeliApplyMixedHaarClassifier_32s_C1RSfs(const Zel32s* src, int srcStep, const Zel32s* tilt,
-        int tiltStep, const Zel32s* norm, int normStep, Zel8u* mask, int maskStep, ZeliSize roiSize, Zel32s* positive,
-        Zel32s threshold, const ZeliHaarClassifier_32s* state, int scaleFactor);
 /* ==== Integral images ============================================================================================
  *
  * Sums of an 8u image, and of its squares, over everything above and to the left of a point (upright) or over the triangle
@@ -576,6 +480,102 @@ ZELCV_API ZelStatus zeliTiltedRectStdDev_32s32f_C1R(const Zel32s* src, int srcSt
 ZELCV_API ZelStatus zeliTiltedRectStdDev_32s_C1RSfs(const Zel32s* src, int srcStep, const Zel32s* sqr, int sqrStep,
         Zel32s* dst, int dstStep, ZeliSize roiSize, ZeliRect rect, int scaleFactor);
 
+/* ==== Haar classifiers ===========================================================================================
+ *
+ * One stage of a cascade detector over integral images. A classifier is a weighted sum t of box sums; it adds value1 to the
+ * stage's sum when threshold * norm > t, value2 otherwise; a pixel survives when the stage's sum is not below the stage's
+ * threshold. The caller runs the stages one after the other on one shared mask.
+ *
+ * InitAlloc: rects and weights stand one behind the other for all classifiers, rectCounts[i] of them for classifier i;
+ * thresholds, values1 and values2 have one entry a classifier. With no classifiers the first rect is read all the same.
+ * Errors, in this order: null pointer -8; classifierCount below 0, a rectCounts entry below 1 -6; a rect with negative x or y,
+ * or width or height below 1 (tilted: height above x + 1 too) -5; no memory -9. zeliHaarClassifierInitAlloc_32f looks at the
+ * rects before it asks for memory and leaves *state alone when one is bad; the others look at them after that and store null.
+ * All other errors leave *state alone.
+ * Free: null -8.
+ */
+
+/* Makes a stage of upright classifiers with 32f numbers. */
+ZELCV_API ZelStatus zeliHaarClassifierInitAlloc_32f(ZeliHaarClassifier_32f** state, const ZeliRect* rects,
+        const Zel32f* weights, const Zel32f* thresholds, const Zel32f* values1, const Zel32f* values2,
+        const Zel32s* rectCounts, int classifierCount);
+
+/* Makes a stage of tilted classifiers with 32f numbers. */
+ZELCV_API ZelStatus zeliTiltedHaarClassifierInitAlloc_32f(ZeliHaarClassifier_32f** state, const ZeliRect* rects,
+        const Zel32f* weights, const Zel32f* thresholds, const Zel32f* values1, const Zel32f* values2,
+        const Zel32s* rectCounts, int classifierCount);
+
+/* Releases a stage. */
+ZELCV_API ZelStatus zeliHaarClassifierFree_32f(ZeliHaarClassifier_32f* state);
+
+/* The extent that the stage reads, in elements of the integral image. Null -8. */
+ZELCV_API ZelStatus zeliGetHaarClassifierSize_32f(const ZeliHaarClassifier_32f* state, ZeliSize* size);
+
+/* Turns the classifiers whose mask byte is not zero (one byte each, in the caller's order) into tilted ones, in
+ * place, once for each state; flag chooses the corner that stays. Null -8; already tilted -5. */
+ZELCV_API ZelStatus zeliTiltHaarFeatures_32f(const Zel8u* mask, int flag, ZeliHaarClassifier_32f* state);
+
+/* Makes a stage of upright classifiers with 32s numbers. */
+ZELCV_API ZelStatus zeliHaarClassifierInitAlloc_32s(ZeliHaarClassifier_32s** state, const ZeliRect* rects,
+        const Zel32s* weights, const Zel32s* thresholds, const Zel32s* values1, const Zel32s* values2,
+        const Zel32s* rectCounts, int classifierCount);
+
+/* Makes a stage of tilted classifiers with 32s numbers. */
+ZELCV_API ZelStatus zeliTiltedHaarClassifierInitAlloc_32s(ZeliHaarClassifier_32s** state, const ZeliRect* rects,
+        const Zel32s* weights, const Zel32s* thresholds, const Zel32s* values1, const Zel32s* values2,
+        const Zel32s* rectCounts, int classifierCount);
+
+/* Releases a stage. */
+ZELCV_API ZelStatus zeliHaarClassifierFree_32s(ZeliHaarClassifier_32s* state);
+
+/* The extent that the stage reads, in elements of the integral image. Null -8. */
+ZELCV_API ZelStatus zeliGetHaarClassifierSize_32s(const ZeliHaarClassifier_32s* state, ZeliSize* size);
+
+/* Turns the classifiers whose mask byte is not zero (one byte each, in the caller's order) into tilted ones, in
+ * place, once for each state; flag chooses the corner that stays. Null -8; already tilted -5. */
+ZELCV_API ZelStatus zeliTiltHaarFeatures_32s(const Zel8u* mask, int flag, ZeliHaarClassifier_32s* state);
+
+/* Apply: runs a stage on each pixel of roiSize whose mask byte is not zero, clears the byte where the pixel fails, and counts
+ * the survivors in *positive.
+ *   src, srcStep     integral image, of which each pixel reads its classifiers' boxes
+ *   tilt, tiltStep   Mixed: tilted integral image, read by the tilted classifiers, from one row below and one column right
+ *   norm, normStep   the local normalisation, one number a pixel; mask: one byte a pixel, read and written
+ *   threshold        of the stage; state: the stage
+ *   scaleFactor      zeliApplyMixedHaarClassifier_32s_C1RSfs: 0 or negative, t is shifted left by -scaleFactor, in 64 bits,
+ *                    of which 64 and more leave 0; the other function ignores it
+ * In a row nothing is read left of what the first marked pixel reads, nor right of what the last one does. Without memory for
+ * its scratch a call of the upright functions does nothing and returns 0; the mixed ones need none.
+ * Errors, in this order: null pointer -8; height or width below 1 -6; a step below 4 * width (mask: width) -14; an image step
+ * not a multiple of 4 -108; a positive scaleFactor in the mixed function -5. On the calling thread. */
+/* Upright classifiers on 32f sums. */
+ZELCV_API ZelStatus zeliApplyHaarClassifier_32f_C1R(const Zel32f* src, int srcStep, const Zel32f* norm, int normStep,
+        Zel8u* mask, int maskStep, ZeliSize roiSize, Zel32s* positive, Zel32f threshold,
+        const ZeliHaarClassifier_32f* state);
+
+/* Upright classifiers on 32s sums. */
+ZELCV_API ZelStatus zeliApplyHaarClassifier_32s32f_C1R(const Zel32s* src, int srcStep, const Zel32f* norm,
+        int normStep, Zel8u* mask, int maskStep, ZeliSize roiSize, Zel32s* positive, Zel32f threshold,
+        const ZeliHaarClassifier_32f* state);
+
+/* Upright classifiers on 32s sums. */
+ZELCV_API ZelStatus zeliApplyHaarClassifier_32s_C1RSfs(const Zel32s* src, int srcStep, const Zel32s* norm,
+        int normStep, Zel8u* mask, int maskStep, ZeliSize roiSize, Zel32s* positive, Zel32s threshold,
+        const ZeliHaarClassifier_32s* state, int scaleFactor);
+
+/* Upright and tilted classifiers on 32f sums. */
+ZELCV_API ZelStatus zeliApplyMixedHaarClassifier_32f_C1R(const Zel32f* src, int srcStep, const Zel32f* tilt,
+        int tiltStep, const Zel32f* norm, int normStep, Zel8u* mask, int maskStep, ZeliSize roiSize, Zel32s* positive,
+        Zel32f threshold, const ZeliHaarClassifier_32f* state);
+
+/* Upright and tilted classifiers on 32s sums. */
+ZELCV_API ZelStatus zeliApplyMixedHaarClassifier_32s32f_C1R(const Zel32s* src, int srcStep, const Zel32s* tilt,
+        int tiltStep, const Zel32f* norm, int normStep, Zel8u* mask, int maskStep, ZeliSize roiSize, Zel32s* positive,
+        Zel32f threshold, const ZeliHaarClassifier_32f* state);
+
+/* Upright and tilted classifiers on 32s sums. */
+ZELCV_API ZelStatus zeliApplyMixedHaarClassifier_32s_C1RSfs(const Zel32s* src, int srcStep, const Zel32s* tilt,
+        int tiltStep, const Zel32s* norm, int normStep, Zel8u* mask, int maskStep, ZeliSize roiSize, Zel32s* positive,
+        Zel32s threshold, const ZeliHaarClassifier_32s* state, int scaleFactor);
 /* ==== Row and column pipelines ===================================================================================
  *
  * The two halves of a separable filter. The row half filters along rows, makes up the pixels left and right of the
