@@ -383,6 +383,83 @@ ZELCV_API ZelStatus zeliAddWeighted_32f_C1IMR(const Zel32f* src, int srcStep, co
 ZELCV_API ZelStatus zeliAddWeighted_32f_C1R(const Zel32f* src1, int src1Step, const Zel32f* src2, int src2Step,
         Zel32f* dst, int dstStep, ZeliSize roiSize, Zel32f alpha);
 
+/* ==== Minimum and maximum with position ==========================================================================
+ *
+ * The smallest and the largest value of a region, or of its masked pixels, and where each first stands: the uppermost row, and
+ * in it the leftmost pixel. Without a masked pixel everything is 0. With several threads and a mask, a band without a masked
+ * pixel takes part with the value 0.
+ *
+ *   src, srcStep, mask, maskStep, roiSize, coi   as for the norms
+ *   minVal, maxVal       values, in single precision
+ *   minIndex, maxIndex   positions in pixels; all four are stored where not null
+ * Errors, in this order: null src, mask -8; width or height below 1 -6; a step below a row -14; srcStep not a multiple of the
+ * element -108; coi -52. No scratch. From 0x4000 pixels on several threads.
+ */
+
+/* Extrema of an 8u image. */
+ZELCV_API ZelStatus zeliMinMaxIndx_8u_C1R(const Zel8u* src, int srcStep, ZeliSize roiSize, Zel32f* minVal,
+        Zel32f* maxVal, ZeliPoint* minIndex, ZeliPoint* maxIndex);
+
+/* Extrema of the masked pixels of an 8u image. */
+ZELCV_API ZelStatus zeliMinMaxIndx_8u_C1MR(const Zel8u* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, Zel32f* minVal, Zel32f* maxVal, ZeliPoint* minIndex, ZeliPoint* maxIndex);
+
+/* Extrema of one channel of an 8u image. */
+ZELCV_API ZelStatus zeliMinMaxIndx_8u_C3CR(const Zel8u* src, int srcStep, ZeliSize roiSize, int coi, Zel32f* minVal,
+        Zel32f* maxVal, ZeliPoint* minIndex, ZeliPoint* maxIndex);
+
+/* Extrema of the masked pixels of one channel of an 8u image. */
+ZELCV_API ZelStatus zeliMinMaxIndx_8u_C3CMR(const Zel8u* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, int coi, Zel32f* minVal, Zel32f* maxVal, ZeliPoint* minIndex, ZeliPoint* maxIndex);
+
+/* Extrema of an 8s image. */
+ZELCV_API ZelStatus zeliMinMaxIndx_8s_C1R(const Zel8s* src, int srcStep, ZeliSize roiSize, Zel32f* minVal,
+        Zel32f* maxVal, ZeliPoint* minIndex, ZeliPoint* maxIndex);
+
+/* Extrema of the masked pixels of an 8s image. */
+ZELCV_API ZelStatus zeliMinMaxIndx_8s_C1MR(const Zel8s* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, Zel32f* minVal, Zel32f* maxVal, ZeliPoint* minIndex, ZeliPoint* maxIndex);
+
+/* Extrema of one channel of an 8s image. */
+ZELCV_API ZelStatus zeliMinMaxIndx_8s_C3CR(const Zel8s* src, int srcStep, ZeliSize roiSize, int coi, Zel32f* minVal,
+        Zel32f* maxVal, ZeliPoint* minIndex, ZeliPoint* maxIndex);
+
+/* Extrema of the masked pixels of one channel of an 8s image. */
+ZELCV_API ZelStatus zeliMinMaxIndx_8s_C3CMR(const Zel8s* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, int coi, Zel32f* minVal, Zel32f* maxVal, ZeliPoint* minIndex, ZeliPoint* maxIndex);
+
+/* Extrema of a 16u image. */
+ZELCV_API ZelStatus zeliMinMaxIndx_16u_C1R(const Zel16u* src, int srcStep, ZeliSize roiSize, Zel32f* minVal,
+        Zel32f* maxVal, ZeliPoint* minIndex, ZeliPoint* maxIndex);
+
+/* Extrema of the masked pixels of a 16u image. */
+ZELCV_API ZelStatus zeliMinMaxIndx_16u_C1MR(const Zel16u* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, Zel32f* minVal, Zel32f* maxVal, ZeliPoint* minIndex, ZeliPoint* maxIndex);
+
+/* Extrema of one channel of a 16u image. */
+ZELCV_API ZelStatus zeliMinMaxIndx_16u_C3CR(const Zel16u* src, int srcStep, ZeliSize roiSize, int coi, Zel32f* minVal,
+        Zel32f* maxVal, ZeliPoint* minIndex, ZeliPoint* maxIndex);
+
+/* Extrema of the masked pixels of one channel of a 16u image. */
+ZELCV_API ZelStatus zeliMinMaxIndx_16u_C3CMR(const Zel16u* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, int coi, Zel32f* minVal, Zel32f* maxVal, ZeliPoint* minIndex, ZeliPoint* maxIndex);
+
+/* Extrema of a 32f image. */
+ZELCV_API ZelStatus zeliMinMaxIndx_32f_C1R(const Zel32f* src, int srcStep, ZeliSize roiSize, Zel32f* minVal,
+        Zel32f* maxVal, ZeliPoint* minIndex, ZeliPoint* maxIndex);
+
+/* Extrema of the masked pixels of a 32f image. */
+ZELCV_API ZelStatus zeliMinMaxIndx_32f_C1MR(const Zel32f* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, Zel32f* minVal, Zel32f* maxVal, ZeliPoint* minIndex, ZeliPoint* maxIndex);
+
+/* Extrema of one channel of a 32f image. */
+ZELCV_API ZelStatus zeliMinMaxIndx_32f_C3CR(const Zel32f* src, int srcStep, ZeliSize roiSize, int coi, Zel32f* minVal,
+        Zel32f* maxVal, ZeliPoint* minIndex, ZeliPoint* maxIndex);
+
+/* Extrema of the masked pixels of one channel of a 32f image. */
+ZELCV_API ZelStatus zeliMinMaxIndx_32f_C3CMR(const Zel32f* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, int coi, Zel32f* minVal, Zel32f* maxVal, ZeliPoint* minIndex, ZeliPoint* maxIndex);
+
 /* ==== Integral images ============================================================================================
  *
  * Sums of an 8u image, and of its squares, over everything above and to the left of a point (upright) or over the triangle

@@ -409,6 +409,48 @@ inline Vec<Zel32s> truncate(Doubles v)
 #endif
 }
 
+// ---- extremes, lanes under masks
+
+inline Vec<Zel8u> minimum(Vec<Zel8u> a, Vec<Zel8u> b)
+{
+    return Vec<Zel8u>(ZELCV_REGISTER(min_epu8)(IntRegister(a), IntRegister(b)));
+}
+inline Vec<Zel8u> maximum(Vec<Zel8u> a, Vec<Zel8u> b)
+{
+    return Vec<Zel8u>(ZELCV_REGISTER(max_epu8)(IntRegister(a), IntRegister(b)));
+}
+#if defined(__AVX2__)
+inline Vec<Zel16u> minimum(Vec<Zel16u> a, Vec<Zel16u> b) { return Vec<Zel16u>(_mm256_min_epu16(__m256i(a), __m256i(b))); }
+inline Vec<Zel16u> maximum(Vec<Zel16u> a, Vec<Zel16u> b) { return Vec<Zel16u>(_mm256_max_epu16(__m256i(a), __m256i(b))); }
+#else
+inline Vec<Zel16u> minimum(Vec<Zel16u> a, Vec<Zel16u> b) { return a - subtractSaturating(a, b); }
+inline Vec<Zel16u> maximum(Vec<Zel16u> a, Vec<Zel16u> b) { return b + subtractSaturating(a, b); }
+#endif
+
+// As many mask bytes as a vector of T has lanes, each as a lane of all ones where it is not zero.
+template <class T>
+auto loadLaneMask(const Zel8u* from)
+{
+    if constexpr (sizeof(T) == 1) {
+        return load(from) != 0;
+    } else if constexpr (sizeof(T) == 2) {
+#if defined(__AVX2__)
+        return Vec<Zel16s>(_mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from)))) != 0;
+#else
+        const __m128i bytes = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(from));
+        return Vec<Zel16s>(_mm_unpacklo_epi8(bytes, bytes)) != 0;
+#endif
+    } else {
+        return loadMask(from);
+    }
+}
+
+template <class Mask>
+bool anyLane(Mask mask)
+{
+    return ZELCV_REGISTER(movemask_epi8)(IntRegister(mask)) != 0;
+}
+
 // ---- rows
 
 // How mapRow reads a source: plain elements, elements widened to float, mask bytes, bytes widened to 32 bits, doubles.

@@ -136,7 +136,7 @@ TEST(RectStdDev, ScaledEqualDefinition)
                     const double f = std::ldexp(1.0, -(scaleFactor % 32));
                     dst.expect([&](int x, int y) {
                         return wantedScaled(tilted, planes.src, planes.sqr, cornersOf(tilted, rect), x, y, f);
-                    }, "scaled by " + std::to_string(scaleFactor));
+                    }, std::to_string(scaleFactor).insert(0, "scaled by "));
                 }
 }
 
