@@ -18,7 +18,7 @@ auto release(State* state)
         return zeliHaarClassifierFree_32s(state);
 }
 
-// Half of the classifiers have two rectangles, half have three: 50 in all. Every pixel survives.
+// Half of the classifiers have two rectangles, half have three: 50 in all. They decide at random, and every pixel survives.
 template <class N, class State, class Create>
 std::shared_ptr<State> stage(Create create)
 {
@@ -34,9 +34,9 @@ std::shared_ptr<State> stage(Create create)
             weights.push_back(N(j == 0 ? -1 : 2));
         }
     }
-    const std::vector<N> ones(kClassifiers, N(1));
+    const std::vector<N> zeros(kClassifiers, N(0)), ones(kClassifiers, N(1)), twos(kClassifiers, N(2));
     State* state = nullptr;
-    require(create(&state, rects.data(), weights.data(), ones.data(), ones.data(), ones.data(), counts.data(), kClassifiers));
+    require(create(&state, rects.data(), weights.data(), zeros.data(), ones.data(), twos.data(), counts.data(), kClassifiers));
     return {state, release<State>};
 }
 

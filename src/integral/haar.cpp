@@ -284,6 +284,19 @@ Lanes loadLanes(const T* from)
     return lanes;
 }
 
+// Without a branch, which would be guessed wrongly half of the time.
+template <class Number>
+Number select(bool first, Number value1, Number value2)
+{
+    const Zel32u bits1 = std::bit_cast<Zel32u>(value1), bits2 = std::bit_cast<Zel32u>(value2);
+    return std::bit_cast<Number>(bits2 ^ ((bits1 ^ bits2) & (0u - first)));
+}
+template <class Number>
+Vec<Number> select(Vec<Zel32s> first, Number value1, Number value2)
+{
+    return first ? value1 : value2;
+}
+
 struct FloatSums {
     using State = ZeliHaarClassifier_32f;
     using Element = Zel32f;
@@ -382,11 +395,10 @@ private:
 
 using Offsets = std::array<std::ptrdiff_t, 4>;
 
-// In elements, as 32-bit numbers that wrap.
+// In elements, as 32-bit numbers that wrap; `stride` is the step in elements.
 template <class Number>
-Offsets cornerOffsets(const HaarRect<Number>& rect, int step)
+Offsets cornerOffsets(const HaarRect<Number>& rect, int stride)
 {
-    const int stride = step / 4;
     const auto offset = [=](ZeliPoint p) { return wrappingSum(wrappingProduct(p.y, stride), p.x); };
     return {offset(rect.a), offset(rect.b), offset(rect.c), offset(rect.d)};
 }
@@ -432,20 +444,24 @@ public:
 
     class Walk {
     public:
-        Walk(Plane<const Element> src, Plane<const Element> tilt) : src_(src), tilt_(tilt) {}
+        Walk(Plane<const Element> src, Plane<const Element> tilt)
+            : pixels_{src.data, tilt.data}, strides_{src.step / 4, tilt.step / 4}
+        {
+        }
         const Element* enter(const HaarClassifier<Number>& classifier)
         {
-            const bool isTilted = classifier.flags & HaarClassifier<Number>::kTilted;
+            const int image = classifier.flags & HaarClassifier<Number>::kTilted;
             rects_ = classifier.rects;
-            step_ = isTilted ? tilt_.step : src_.step;
-            return isTilted ? tilt_.data : src_.data;
+            stride_ = strides_[image];
+            return pixels_[image];
         }
-        Offsets offsets(Zel32s rect) const { return cornerOffsets(rects_[rect], step_); }
+        Offsets offsets(Zel32s rect) const { return cornerOffsets(rects_[rect], stride_); }
 
     private:
-        Plane<const Element> src_, tilt_; // of the pixel
+        const Element* pixels_[2]; // upright, tilted
+        int strides_[2];
         const HaarRect<Number>* rects_ = nullptr;
-        int step_ = 0;
+        int stride_ = 0;
     };
     Walk walk(int x, int y) const { return {{src_.row(y) + x, src_.step}, {tilt_.row(y + 1) + x + 1, tilt_.step}}; }
 
@@ -502,8 +518,8 @@ auto stageSums(const Sums& sums, Walk walk, const State& state, Zel32s rotated, 
         for (Zel32s j = first; j < classifier.rectCount; ++j) addRect(j);
         if (first == 1) addRect(0);
         for (std::size_t v = 0; v < Vectors; ++v)
-            stage[v] += sums.isBelow(totals[v], classifier.threshold, norms[v]) ? Value(classifier.value1)
-                                                                                  : Value(classifier.value2);
+            stage[v] += select(sums.isBelow(totals[v], classifier.threshold, norms[v]), Value(classifier.value1),
+                               Value(classifier.value2));
     }
     return stage;
 }
@@ -573,12 +589,19 @@ private:
         for (int x = begin; x < end;) {
             if (end - x >= kWide && needsWide(markedBits<kWide>(mask + x)))
                 x = runBlock<Neighbours, kWide / kNarrow>(x, x, y);
-            else if (end - begin >= kNarrow)
+            else if (end - begin >= kNarrow && !isAlone(mask, x, end))
                 x = runBlock<Neighbours, 1>(std::min(x, end - kNarrow), x, y);
             else
                 x = runBlock<OnePixel, 1>(x, x, y);
             x = nextMarked(mask, x, end);
         }
+    }
+
+    // Whether a vector would hold no other marked pixel behind this one.
+    static bool isAlone(const Zel8u* mask, int x, int end)
+    {
+        const int vectorEnd = std::min(x + kNarrow, end);
+        return nextMarked(mask, x + 1, vectorEnd) == vectorEnd;
     }
 
     // Whether most vectors of a wide block hold a marked pixel.
@@ -630,7 +653,7 @@ ZelStatus applyUpright(Plane<const typename Sums::Element> src, const Detection<
     Zel32s* next = offsets;
     for (Zel32s i = 0; i < state.classifierCount; ++i)
         for (Zel32s j = 0; j < state.classifiers[i].rectCount; ++j)
-            for (const auto offset : cornerOffsets(state.classifiers[i].rects[j], src.step)) *next++ = Zel32s(offset);
+            for (const auto offset : cornerOffsets(state.classifiers[i].rects[j], src.step / 4)) *next++ = Zel32s(offset);
     const bool rotates = std::is_same_v<Sums, FloatSums>;
     Detector(Sums(), ListedBoxes(src, offsets), call, rotates ? state.shortRectCount : 0).run();
     return zelStatusOk;
