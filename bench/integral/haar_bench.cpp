@@ -36,7 +36,8 @@ std::shared_ptr<State> stage(Create create)
     }
     const std::vector<N> zeros(kClassifiers, N(0)), ones(kClassifiers, N(1)), twos(kClassifiers, N(2));
     State* state = nullptr;
-    require(create(&state, rects.data(), weights.data(), zeros.data(), ones.data(), twos.data(), counts.data(), kClassifiers));
+    require(create(&state, rects.data(), weights.data(), zeros.data(), ones.data(), twos.data(), counts.data(),
+                   kClassifiers));
     return {state, release<State>};
 }
 

@@ -302,6 +302,7 @@ struct FloatSums {
     using Element = Zel32f;
     using BoxNumber = Zel32f;
     using StageNumber = Zel32f; // of norms and stage sums
+    static constexpr bool kFirstOfThreeLast = false;
     template <class Pixels>
     using Total = typename Pixels::template Of<Zel32f>;
 
@@ -309,6 +310,11 @@ struct FloatSums {
     static void add(Lanes& total, Lanes box, Zel32f weight) { total += box * weight; }
     template <class Lanes>
     static auto isBelow(Lanes total, Zel32f threshold, Lanes norm) { return threshold * norm > total; }
+};
+
+// In the group of three rectangles the first one's product is added last.
+struct GroupedFloatSums : FloatSums {
+    static constexpr bool kFirstOfThreeLast = true;
 };
 
 struct MixedSums : FloatSums {
@@ -324,6 +330,7 @@ struct IntegerSums {
     using Element = Zel32s;
     using BoxNumber = Zel32u;
     using StageNumber = Zel32u;
+    static constexpr bool kFirstOfThreeLast = false;
     template <class Pixels>
     using Total = typename Pixels::template Of<Zel32u>;
 
@@ -413,10 +420,10 @@ public:
     public:
         Walk(const Element* pixel, const Zel32s* next) : pixel_(pixel), next_(next) {}
         template <class Number>
-        const Element* enter(const HaarClassifier<Number>& classifier)
+        const Element* enter(const HaarClassifier<Number>&, Zel32s rectCount)
         {
             current_ = next_;
-            next_ += 4 * std::ptrdiff_t(classifier.rectCount);
+            next_ += 4 * std::ptrdiff_t(rectCount);
             return pixel_;
         }
         Offsets offsets(Zel32s rect) const
@@ -448,7 +455,7 @@ public:
             : pixels_{src.data, tilt.data}, strides_{src.step / 4, tilt.step / 4}
         {
         }
-        const Element* enter(const HaarClassifier<Number>& classifier)
+        const Element* enter(const HaarClassifier<Number>& classifier, Zel32s)
         {
             const int image = classifier.flags & HaarClassifier<Number>::kTilted;
             rects_ = classifier.rects;
@@ -492,19 +499,20 @@ struct Detection {
     }
 };
 
-// The stage sums of `Vectors` times as many pixels as `Pixels` says. The first `rotated` classifiers add the product of their
-// first rectangle last.
+// The stage sums of `Vectors` times as many pixels as `Pixels` says.
 template <class Pixels, int Vectors, class Sums, class Walk, class State>
-auto stageSums(const Sums& sums, Walk walk, const State& state, Zel32s rotated, const typename State::Number* norm)
+auto stageSums(const Sums& sums, Walk walk, const State& state, const typename State::Number* norm)
 {
     using Boxes = typename Pixels::template Of<typename Sums::BoxNumber>;
-    using Stage = typename Pixels::template Of<typename Sums::StageNumber>;
     using Value = typename Sums::StageNumber;
+    using Stage = typename Pixels::template Of<Value>;
     std::array<Stage, Vectors> norms, stage = {};
     for (std::size_t v = 0; v < Vectors; ++v) norms[v] = loadLanes<Stage>(norm + v * Pixels::kPixels);
-    for (Zel32s i = 0; i < state.classifierCount; ++i) {
-        const auto& classifier = state.classifiers[i];
-        const auto* image = walk.enter(classifier);
+
+    // Adds a classifier of `Count` rectangles; of as many as it has, where that is 0.
+    const auto addClassifier = [&]<Zel32s Count>(std::integral_constant<Zel32s, Count>, const auto& classifier, bool firstLast) {
+        const Zel32s rectCount = Count != 0 ? Count : classifier.rectCount;
+        const auto* image = walk.enter(classifier, rectCount);
         typename Sums::template Total<Pixels> totals[Vectors] = {};
         const auto addRect = [&](Zel32s j) {
             const Offsets at = walk.offsets(j);
@@ -514,12 +522,22 @@ auto stageSums(const Sums& sums, Walk walk, const State& state, Zel32s rotated, 
                 sums.add(totals[v], Boxes(corner(0) - corner(1) - corner(2) + corner(3)), weight);
             }
         };
-        const Zel32s first = i < rotated ? 1 : 0;
-        for (Zel32s j = first; j < classifier.rectCount; ++j) addRect(j);
-        if (first == 1) addRect(0);
+        for (Zel32s j = firstLast ? 1 : 0; j < rectCount; ++j) addRect(j);
+        if (firstLast) addRect(0);
         for (std::size_t v = 0; v < Vectors; ++v)
             stage[v] += select(sums.isBelow(totals[v], classifier.threshold, norms[v]), Value(classifier.value1),
                                Value(classifier.value2));
+    };
+    for (Zel32s i = 0; i < state.classifierCount; ++i) {
+        const auto& classifier = state.classifiers[i];
+        if (classifier.rectCount == 2)
+            addClassifier(std::integral_constant<Zel32s, 2>(), classifier, false); // two products have one sum
+        else if (classifier.rectCount != 3)
+            addClassifier(std::integral_constant<Zel32s, 0>(), classifier, false);
+        else if (Sums::kFirstOfThreeLast && i < state.shortRectCount)
+            addClassifier(std::integral_constant<Zel32s, 3>(), classifier, true);
+        else
+            addClassifier(std::integral_constant<Zel32s, 3>(), classifier, false);
     }
     return stage;
 }
@@ -567,11 +585,9 @@ template <class Sums, class Boxes>
 class Detector {
 public:
     using State = typename Sums::State;
+    using Number = typename State::Number;
 
-    Detector(const Sums& sums, const Boxes& boxes, const Detection<State>& call, Zel32s rotated)
-        : sums_(sums), boxes_(boxes), call_(call), rotated_(rotated)
-    {
-    }
+    Detector(const Sums& sums, const Boxes& boxes, const Detection<State>& call) : sums_(sums), boxes_(boxes), call_(call) {}
 
     void run()
     {
@@ -617,8 +633,8 @@ private:
     int runBlock(int start, int x, int y)
     {
         constexpr int kPixels = Vectors * Pixels::kPixels;
-        const auto stage = stageSums<Pixels, Vectors>(sums_, boxes_.walk(start, y), *call_.state, rotated_,
-                                                      call_.norm.row(y) + start);
+        const Number* norm = call_.norm.row(y) + start;
+        const auto stage = stageSums<Pixels, Vectors>(sums_, boxes_.walk(start, y), *call_.state, norm);
         Zel32u failed = 0;
         for (int v = 0; v < Vectors; ++v) {
             const auto fails = call_.threshold > asSigned(stage[std::size_t(v)]);
@@ -637,7 +653,6 @@ private:
     const Sums& sums_;
     const Boxes& boxes_;
     const Detection<State>& call_;
-    Zel32s rotated_;
     Zel32u survivors_ = 0;
 };
 
@@ -654,8 +669,7 @@ ZelStatus applyUpright(Plane<const typename Sums::Element> src, const Detection<
     for (Zel32s i = 0; i < state.classifierCount; ++i)
         for (Zel32s j = 0; j < state.classifiers[i].rectCount; ++j)
             for (const auto offset : cornerOffsets(state.classifiers[i].rects[j], src.step / 4)) *next++ = Zel32s(offset);
-    const bool rotates = std::is_same_v<Sums, FloatSums>;
-    Detector(Sums(), ListedBoxes(src, offsets), call, rotates ? state.shortRectCount : 0).run();
+    Detector(Sums(), ListedBoxes(src, offsets), call).run();
     return zelStatusOk;
 }
 
@@ -667,9 +681,9 @@ ZelStatus applyMixed(Plane<const typename Sums::Element> src, Plane<const typena
     const MixedBoxes<typename Sums::Element, typename Sums::State::Number> boxes(src, tilt);
     if constexpr (std::is_constructible_v<Sums, int>) {
         if (scaleFactor > 0) return zelStatusBadArgument;
-        Detector(Sums(scaleFactor), boxes, call, 0).run();
+        Detector(Sums(scaleFactor), boxes, call).run();
     } else {
-        Detector(Sums(), boxes, call, 0).run();
+        Detector(Sums(), boxes, call).run();
     }
     return zelStatusOk;
 }
@@ -725,7 +739,8 @@ ZelStatus zeliApplyHaarClassifier_32f_C1R(const Zel32f* src, int srcStep, const 
                                           int maskStep, ZeliSize roiSize, Zel32s* positive, Zel32f threshold,
                                           const ZeliHaarClassifier_32f* state)
 {
-    return applyUpright<FloatSums>({src, srcStep}, {{norm, normStep}, {mask, maskStep}, roiSize, positive, threshold, state});
+    return applyUpright<GroupedFloatSums>({src, srcStep},
+                                          {{norm, normStep}, {mask, maskStep}, roiSize, positive, threshold, state});
 }
 
 ZelStatus zeliApplyHaarClassifier_32s32f_C1R(const Zel32s* src, int srcStep, const Zel32f* norm, int normStep, Zel8u* mask,
