@@ -306,6 +306,7 @@ struct FloatSums {
     template <class Pixels>
     using Total = typename Pixels::template Of<Zel32f>;
 
+    static ZelStatus check() { return zelStatusOk; }
     template <class Lanes>
     static void add(Lanes& total, Lanes box, Zel32f weight) { total += box * weight; }
     template <class Lanes>
@@ -367,6 +368,8 @@ public:
     {
     }
 
+    ZelStatus check() const { return shift_ < 0 ? zelStatusBadArgument : zelStatusOk; }
+
     static void add(std::uint64_t& total, Zel32u box, Zel32s weight)
     {
         total += std::uint64_t(std::int64_t(wrap(box * Zel32u(weight))));
@@ -410,70 +413,73 @@ Offsets cornerOffsets(const HaarRect<Number>& rect, int stride)
     return {offset(rect.a), offset(rect.b), offset(rect.c), offset(rect.d)};
 }
 
-// Upright boxes: one image, and a list of all offsets in the order of the stage.
-template <class Element>
-class ListedBoxes {
+// The integral images of a call. Upright functions have one; mixed functions read tilted classifiers in a second one, from
+// one row below and one element to the right. Corner offsets come from a list, or are computed at each use where there is
+// none.
+template <class Element, class State, bool Mixed, bool Listed>
+class Images {
 public:
-    ListedBoxes(Plane<const Element> src, const Zel32s* list) : src_(src), list_(list) {}
+    using Number = typename State::Number;
 
+    // The list has four entries for each rectangle of `state`.
+    Images(Plane<const Element> src, Plane<const Element> tilt, const State& state, Zel32s* list)
+        : src_(src), tilt_(tilt), list_(list)
+    {
+        if (!Listed) return;
+        for (Zel32s i = 0; i < state.classifierCount; ++i) {
+            const auto& classifier = state.classifiers[i];
+            const int stride = (isTilted(classifier) ? tilt.step : src.step) / 4;
+            for (Zel32s j = 0; j < classifier.rectCount; ++j)
+                for (const auto offset : cornerOffsets(classifier.rects[j], stride)) *list++ = Zel32s(offset);
+        }
+    }
+
+    // One way through all classifiers of the stage, as seen from one pixel.
     class Walk {
     public:
-        Walk(const Element* pixel, const Zel32s* next) : pixel_(pixel), next_(next) {}
-        template <class Number>
-        const Element* enter(const HaarClassifier<Number>&, Zel32s rectCount)
+        Walk(const Images& images, int x, int y)
+            : pixels_{images.src_.row(y) + x, Mixed ? images.tilt_.row(y + 1) + x + 1 : nullptr},
+              strides_{images.src_.step / 4, images.tilt_.step / 4}, next_(images.list_)
         {
-            current_ = next_;
-            next_ += 4 * std::ptrdiff_t(rectCount);
-            return pixel_;
         }
-        Offsets offsets(Zel32s rect) const
+        // Goes on to `classifier` and returns the pixel in its image.
+        const Element* enter(const HaarClassifier<Number>& classifier, Zel32s rectCount)
         {
-            const Zel32s* four = current_ + 4 * std::ptrdiff_t(rect);
+            const bool tilted = isTilted(classifier);
+            if (Listed) {
+                list_ = next_;
+                next_ += 4 * std::ptrdiff_t(rectCount);
+            } else {
+                rects_ = classifier.rects;
+                stride_ = strides_[tilted];
+            }
+            return pixels_[tilted];
+        }
+        // Of rectangle `j` of that classifier.
+        Offsets offsets(Zel32s j) const
+        {
+            if (!Listed) return cornerOffsets(rects_[j], stride_);
+            const Zel32s* four = list_ + 4 * std::ptrdiff_t(j);
             return {four[0], four[1], four[2], four[3]};
         }
 
     private:
-        const Element* pixel_;
-        const Zel32s *next_, *current_ = nullptr;
-    };
-    Walk walk(int x, int y) const { return {src_.row(y) + x, list_}; }
-
-private:
-    Plane<const Element> src_;
-    const Zel32s* list_;
-};
-
-// Upright and tilted boxes: two images, of which the tilted one is read from one row below and one element to the right.
-template <class Element, class Number>
-class MixedBoxes {
-public:
-    MixedBoxes(Plane<const Element> src, Plane<const Element> tilt) : src_(src), tilt_(tilt) {}
-
-    class Walk {
-    public:
-        Walk(Plane<const Element> src, Plane<const Element> tilt)
-            : pixels_{src.data, tilt.data}, strides_{src.step / 4, tilt.step / 4}
-        {
-        }
-        const Element* enter(const HaarClassifier<Number>& classifier, Zel32s)
-        {
-            const int image = classifier.flags & HaarClassifier<Number>::kTilted;
-            rects_ = classifier.rects;
-            stride_ = strides_[image];
-            return pixels_[image];
-        }
-        Offsets offsets(Zel32s rect) const { return cornerOffsets(rects_[rect], stride_); }
-
-    private:
-        const Element* pixels_[2]; // upright, tilted
+        const Element* pixels_[2]; // in the upright image, in the tilted one
         int strides_[2];
+        const Zel32s *next_, *list_ = nullptr;
         const HaarRect<Number>* rects_ = nullptr;
         int stride_ = 0;
     };
-    Walk walk(int x, int y) const { return {{src_.row(y) + x, src_.step}, {tilt_.row(y + 1) + x + 1, tilt_.step}}; }
+    Walk walk(int x, int y) const { return Walk(*this, x, y); }
 
 private:
+    static bool isTilted(const HaarClassifier<Number>& classifier)
+    {
+        return Mixed && (classifier.flags & HaarClassifier<Number>::kTilted);
+    }
+
     Plane<const Element> src_, tilt_;
+    const Zel32s* list_;
 };
 
 // ---- application
@@ -490,8 +496,8 @@ struct Detection {
     Number threshold;
     const State* state;
 
-    template <class... Images>
-    ZelStatus check(Images... images) const
+    template <class... Planes>
+    ZelStatus check(Planes... images) const
     {
         if (auto status = checkPointers(images.data..., norm.data, mask.data, positive, state)) return status;
         if (auto status = checkSize(roi)) return status;
@@ -509,9 +515,9 @@ auto stageSums(const Sums& sums, Walk walk, const State& state, const typename S
     std::array<Stage, Vectors> norms, stage = {};
     for (std::size_t v = 0; v < Vectors; ++v) norms[v] = loadLanes<Stage>(norm + v * Pixels::kPixels);
 
-    // Adds a classifier of `Count` rectangles; of as many as it has, where that is 0.
-    const auto addClassifier = [&]<Zel32s Count>(std::integral_constant<Zel32s, Count>, const auto& classifier, bool firstLast) {
-        const Zel32s rectCount = Count != 0 ? Count : classifier.rectCount;
+    // Adds a classifier of `count` rectangles; of as many as it has, where that is 0.
+    const auto addClassifier = [&](auto count, const auto& classifier, bool firstLast) {
+        const Zel32s rectCount = count() != 0 ? count() : classifier.rectCount;
         const auto* image = walk.enter(classifier, rectCount);
         typename Sums::template Total<Pixels> totals[Vectors] = {};
         const auto addRect = [&](Zel32s j) {
@@ -531,7 +537,7 @@ auto stageSums(const Sums& sums, Walk walk, const State& state, const typename S
     for (Zel32s i = 0; i < state.classifierCount; ++i) {
         const auto& classifier = state.classifiers[i];
         if (classifier.rectCount == 2)
-            addClassifier(std::integral_constant<Zel32s, 2>(), classifier, false); // two products have one sum
+            addClassifier(std::integral_constant<Zel32s, 2>(), classifier, false); // in any order two products have one sum
         else if (classifier.rectCount != 3)
             addClassifier(std::integral_constant<Zel32s, 0>(), classifier, false);
         else if (Sums::kFirstOfThreeLast && i < state.shortRectCount)
@@ -581,13 +587,16 @@ Zel32u markedBits(const Zel8u* mask)
 
 // Runs a stage over the marked pixels of a region. Between the first and the last marked pixel of a row others are computed
 // beside them, as far as vectors need, but neither counted nor changed; none outside of those is even read.
-template <class Sums, class Boxes>
+template <class Sums, class Sources>
 class Detector {
 public:
     using State = typename Sums::State;
     using Number = typename State::Number;
 
-    Detector(const Sums& sums, const Boxes& boxes, const Detection<State>& call) : sums_(sums), boxes_(boxes), call_(call) {}
+    Detector(const Sums& sums, const Sources& sources, const Detection<State>& call)
+        : sums_(sums), sources_(sources), call_(call)
+    {
+    }
 
     void run()
     {
@@ -634,7 +643,7 @@ private:
     {
         constexpr int kPixels = Vectors * Pixels::kPixels;
         const Number* norm = call_.norm.row(y) + start;
-        const auto stage = stageSums<Pixels, Vectors>(sums_, boxes_.walk(start, y), *call_.state, norm);
+        const auto stage = stageSums<Pixels, Vectors>(sums_, sources_.walk(start, y), *call_.state, norm);
         Zel32u failed = 0;
         for (int v = 0; v < Vectors; ++v) {
             const auto fails = call_.threshold > asSigned(stage[std::size_t(v)]);
@@ -651,7 +660,7 @@ private:
     }
 
     const Sums& sums_;
-    const Boxes& boxes_;
+    const Sources& sources_;
     const Detection<State>& call_;
     Zel32u survivors_ = 0;
 };
@@ -664,26 +673,27 @@ ZelStatus applyUpright(Plane<const typename Sums::Element> src, const Detection<
     const auto& state = *call.state;
     OwnedBlock list(ownMalloc_32s(4 * std::int64_t(state.rectTotal)));
     if (!list && state.rectTotal > 0) return zelStatusOk;
-    Zel32s* const offsets = static_cast<Zel32s*>(list.get());
-    Zel32s* next = offsets;
-    for (Zel32s i = 0; i < state.classifierCount; ++i)
-        for (Zel32s j = 0; j < state.classifiers[i].rectCount; ++j)
-            for (const auto offset : cornerOffsets(state.classifiers[i].rects[j], src.step / 4)) *next++ = Zel32s(offset);
-    Detector(Sums(), ListedBoxes(src, offsets), call).run();
+    using Sources = Images<typename Sums::Element, typename Sums::State, false, true>;
+    Detector(Sums(), Sources(src, src, state, static_cast<Zel32s*>(list.get())), call).run();
     return zelStatusOk;
 }
 
+// Takes no memory: the offsets of a stage of usual size stand on the stack.
 template <class Sums>
 ZelStatus applyMixed(Plane<const typename Sums::Element> src, Plane<const typename Sums::Element> tilt,
-                     const Detection<typename Sums::State>& call, int scaleFactor = 0)
+                     const Detection<typename Sums::State>& call, const Sums& sums = Sums())
 {
     if (auto status = call.check(src, tilt)) return status;
-    const MixedBoxes<typename Sums::Element, typename Sums::State::Number> boxes(src, tilt);
-    if constexpr (std::is_constructible_v<Sums, int>) {
-        if (scaleFactor > 0) return zelStatusBadArgument;
-        Detector(Sums(scaleFactor), boxes, call).run();
+    if (auto status = sums.check()) return status;
+    constexpr Zel32s kListedRects = 256;
+    const auto& state = *call.state;
+    if (state.rectTotal <= kListedRects) {
+        using Sources = Images<typename Sums::Element, typename Sums::State, true, true>;
+        Zel32s list[4 * kListedRects];
+        Detector(sums, Sources(src, tilt, state, list), call).run();
     } else {
-        Detector(Sums(), boxes, call).run();
+        using Sources = Images<typename Sums::Element, typename Sums::State, true, false>;
+        Detector(sums, Sources(src, tilt, state, nullptr), call).run();
     }
     return zelStatusOk;
 }
@@ -783,5 +793,5 @@ ZelStatus zeliApplyMixedHaarClassifier_32s_C1RSfs(const Zel32s* src, int srcStep
 {
     return applyMixed<WideIntegerSums>({src, srcStep}, {tilt, tiltStep},
                                        {{norm, normStep}, {mask, maskStep}, roiSize, positive, threshold, state},
-                                       scaleFactor);
+                                       WideIntegerSums(scaleFactor));
 }

@@ -28,9 +28,11 @@ namespace {
 
 // ---- definition
 
+using Corners = std::array<ZeliPoint, 4>;
+
 template <class N>
 struct Classifier {
-    std::vector<std::array<ZeliPoint, 4>> corners;
+    std::vector<Corners> corners;
     std::vector<N> weights;
     N threshold, value1, value2;
     bool tilted, grouped;
@@ -38,7 +40,7 @@ struct Classifier {
 };
 
 // The four points of a tilted box with its top at (x, y).
-std::array<ZeliPoint, 4> diamond(int x, int y, int w, int h)
+Corners diamond(int x, int y, int w, int h)
 {
     return {{{x + w - h, y + w + h}, {x - h, y + h}, {x + w, y + w}, {x, y}}};
 }
@@ -59,16 +61,14 @@ struct Stage {
             for (int j = 0; j < counts[i]; ++j, ++next) {
                 const auto [x, y, w, h] = rects[next];
                 c.corners.push_back(tilted ? diamond(x, y, w, h)
-                                           : std::array<ZeliPoint, 4>{{{x + w, y + h}, {x, y + h}, {x + w, y}, {x, y}}});
+                                           : Corners{{{x + w, y + h}, {x, y + h}, {x + w, y}, {x, y}}});
                 c.weights.push_back(weights[next]);
             }
             all.push_back(c);
         }
-        const auto group = [](const Classifier<N>& c) { return c.weights.size() == 1 ? 9 : c.weights.size(); };
+        const auto group = [](const auto& c) { return c.weights.size() == 2 ? 0 : c.weights.size() == 3 ? 1 : 2; };
         if (!tilted)
-            std::stable_sort(all.begin(), all.end(), [&](const auto& a, const auto& b) {
-                return std::min<std::size_t>(group(a), 4) < std::min<std::size_t>(group(b), 4);
-            });
+            std::stable_sort(all.begin(), all.end(), [&](const auto& a, const auto& b) { return group(a) < group(b); });
         return all;
     }
 };
@@ -289,6 +289,12 @@ TYPED_TEST(HaarApply, EqualsDefinition)
     }
     EXPECT_GT(survivors, pixels / 5);
     EXPECT_LT(survivors, pixels / 5 * 4);
+
+    std::vector<Zel32s> counts(120, 2); // more rectangles than a detector's stages have
+    for (std::size_t i = 0; i < counts.size(); ++i) counts[i] += i % 3 == 0;
+    const auto stage = randomStage<N>(random, counts);
+    for (const bool tilted : {false, true})
+        expectDefinition<TypeParam>(random, stage.classifiers(tilted), make(stage, tilted).get(), {50, 3}, Texture::Noise, 70, 0);
 }
 
 TYPED_TEST(HaarApply, KnowsEmptyStagesAndNotANumber)
@@ -328,26 +334,18 @@ TYPED_TEST(HaarApply, ScalesInTheMixedIntegerMemberAlone)
 }
 
 // The kinds tilt differently.
-void tiltByDefinition(Classifier<Zel32f>& c, int flag)
+template <class N>
+void tiltByDefinition(Classifier<N>& c, int flag)
 {
     for (auto& corners : c.corners) {
         const auto [x, y] = corners[3];
         const int w = corners[0].x - x, h = corners[0].y - y;
-        if (flag)
-            corners = {{{x + w - h, y + h + w}, {x - h, y + h}, {x + w, y + w}, {x, y}}};
+        if (std::is_integral_v<N>)
+            corners = flag ? diamond(x, y, w, w)
+                           : Corners{{{x, y + h}, {x - w, y + h - w}, {x + w, y + h - w}, {x, y + h - 2 * w}}};
         else
-            corners = {{{x, y + h}, {x - h, y}, {x + w, y + h - w}, {x + w - h, y - w}}};
-    }
-}
-void tiltByDefinition(Classifier<Zel32s>& c, int flag)
-{
-    for (auto& corners : c.corners) {
-        const auto [x, y] = corners[3];
-        const int w = corners[0].x - x, h = corners[0].y - y;
-        if (flag)
-            corners = {{{x, y + 2 * w}, {x - w, y + w}, {x + w, y + w}, {x, y}}};
-        else
-            corners = {{{x, y + h}, {x - w, y + h - w}, {x + w, y + h - w}, {x, y + h - 2 * w}}};
+            corners = flag ? diamond(x, y, w, h)
+                           : Corners{{{x, y + h}, {x - h, y}, {x + w, y + h - w}, {x + w - h, y - w}}};
     }
 }
 
