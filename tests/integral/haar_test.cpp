@@ -294,7 +294,8 @@ TYPED_TEST(HaarApply, EqualsDefinition)
     for (std::size_t i = 0; i < counts.size(); ++i) counts[i] += i % 3 == 0;
     const auto stage = randomStage<N>(random, counts);
     for (const bool tilted : {false, true})
-        expectDefinition<TypeParam>(random, stage.classifiers(tilted), make(stage, tilted).get(), {50, 3}, Texture::Noise, 70, 0);
+        expectDefinition<TypeParam>(random, stage.classifiers(tilted), make(stage, tilted).get(), {50, 3}, Texture::Noise,
+                                    70, 0);
 }
 
 TYPED_TEST(HaarApply, KnowsEmptyStagesAndNotANumber)
