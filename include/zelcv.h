@@ -565,10 +565,10 @@ ZELCV_API ZelStatus zeliTiltedRectStdDev_32s_C1RSfs(const Zel32s* src, int srcSt
  *
  * InitAlloc: rects and weights stand one behind the other for all classifiers, rectCounts[i] of them for classifier i;
  * thresholds, values1 and values2 have one entry a classifier. With no classifiers the first rect is read all the same.
- * Errors, in this order: null pointer -8; classifierCount below 0, a rectCounts entry below 1 -6; a rect with negative x or y,
- * or width or height below 1 (tilted: height above x + 1 too) -5; no memory -9. zeliHaarClassifierInitAlloc_32f looks at the
- * rects before it asks for memory and leaves *state alone when one is bad; the others look at them after that and store null.
- * All other errors leave *state alone.
+ * Errors, in this order: null pointer -8; classifierCount below 0, a rectCounts entry below 1 -6; a rect with negative x or
+ * y, or width or height below 1 (tilted: height above x + 1 too) -5; no memory -9. zeliHaarClassifierInitAlloc_32f looks at
+ * the rects before it asks for memory and leaves *state alone when one is bad; the others look at them after that and store
+ * null. All other errors leave *state alone.
  * Free: null -8.
  */
 

@@ -1,5 +1,6 @@
 #include "support/measure.h"
 
+#include <type_traits>
 #include <vector>
 
 using namespace zelbench;
