@@ -479,9 +479,9 @@ struct AsDoubles {
 
 // dst[i] = operation(source.at(i)...) for `count` elements, as many at a time as the operation returns. The tail goes through
 // the same operation on padded copies. Exact overlap of dst with a source is allowed: each element is read before it is
-// written.
+// written. An operation may keep a state from block to block, which by value stays in registers.
 template <class D, class Operation, class... Sources>
-void mapRow(D* dst, int count, const Operation& operation, Sources... sources)
+void mapRow(D* dst, int count, Operation operation, Sources... sources)
 {
     constexpr int kBlock = int(sizeof(operation(sources.at(0)...)) / sizeof(D));
     int i = 0;

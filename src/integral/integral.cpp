@@ -108,9 +108,10 @@ struct Upright {
         using Reader = typename Adder<T>::Reader;
         T* const sums = out.plane.row(y + 1);
         sums[0] = out.start;
-        Adder<T> adder;
-        mapRow(sums + 1, width, [&](auto above, Vec<Zel32u> pixels) { return adder.upright(above, What::terms(pixels)); },
-               Reader{out.plane.row(y) + 1}, AsWords{s});
+        const auto sum = [adder = Adder<T>()](auto above, Vec<Zel32u> pixels) mutable {
+            return adder.upright(above, What::terms(pixels));
+        };
+        mapRow(sums + 1, width, sum, Reader{out.plane.row(y) + 1}, AsWords{s});
     }
 };
 

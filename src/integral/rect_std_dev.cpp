@@ -136,7 +136,7 @@ ZelStatus deviations(Plane<const T> src, Plane<const S> sqr, Plane<D> dst, ZeliS
     if (auto status = checkSize({rect.width, rect.height})) return status;
 
     const Count n(Shape::count(rect));
-    const auto result = [&](auto a1, auto a2, auto a3, auto a4, auto b1, auto b2, auto b3, auto b4) {
+    const auto result = [=](auto a1, auto a2, auto a3, auto a4, auto b1, auto b2, auto b3, auto b4) {
         return root(variance(windowSum(a1, a2, a3, a4), windowSum(b1, b2, b3, b4), n));
     };
     constexpr bool widthFirst = Shape::kWidthFirst;

@@ -61,11 +61,7 @@ class Scan {
 public:
     using Key = typename Keys<T>::Key;
 
-    Scan()
-    {
-        std::fill_n(low_, kChains, splat(now_.low));
-        std::fill_n(high_, kChains, splat(now_.high));
-    }
+    Scan() { std::fill_n(lanes_, kChains, Lanes{splat(now_.low), splat(now_.high), {}}); }
 
     void pixels(const T* x, const Zel8u* mask, int count)
     {
@@ -74,62 +70,79 @@ public:
             Zel8u sameMask[kBlock];
             std::fill(std::copy_n(x, count, sameAgain), sameAgain + kBlock, *x);
             if constexpr (kMasked) std::fill(std::copy_n(mask, count, sameMask), sameMask + kBlock, *mask);
-            block(sameAgain, sameMask, 0);
+            lanes_[0].take(sameAgain, sameMask, 0);
             return;
         }
+        Lanes lanes[kChains];
+        std::copy_n(lanes_, kChains, lanes);
         int i = 0;
         for (; i <= count - kChains * kBlock; i += kChains * kBlock)
-            for (int chain = 0; chain < kChains; ++chain) blockAt(x, mask, i + chain * kBlock, chain);
-        for (; i <= count - kBlock; i += kBlock) blockAt(x, mask, i, 0);
-        if (i < count) blockAt(x, mask, count - kBlock, 0); // some pixels twice
+            for (int chain = 0; chain < kChains; ++chain) lanes[chain].take(x, mask, i + chain * kBlock);
+        for (; i <= count - kBlock; i += kBlock) lanes[0].take(x, mask, i);
+        if (i < count) lanes[0].take(x, mask, count - kBlock); // some pixels twice
+        std::copy_n(lanes, kChains, lanes_);
     }
 
     // A masked pixel has been seen.
-    bool found() const { return anyLane(seen_); }
+    bool found() const
+    {
+        return anyLane(lanes_[0].seen | lanes_[1].seen | lanes_[2].seen | lanes_[3].seen);
+    }
     Key low() const { return now_.low; }
     Key high() const { return now_.high; }
 
     // Whether the pixels since the last call have improved the value.
-    bool lowered() { return improved(low_, now_.low, std::less<>(), [](auto a, auto b) { return minimum(a, b); }); }
-    bool raised() { return improved(high_, now_.high, std::greater<>(), [](auto a, auto b) { return maximum(a, b); }); }
+    bool lowered()
+    {
+        const auto smaller = [](auto a, auto b) { return minimum(a, b); };
+        return improved(smaller(smaller(lanes_[0].low, lanes_[1].low), smaller(lanes_[2].low, lanes_[3].low)), now_.low,
+                        std::less<>());
+    }
+    bool raised()
+    {
+        const auto larger = [](auto a, auto b) { return maximum(a, b); };
+        return improved(larger(larger(lanes_[0].high, lanes_[1].high), larger(lanes_[2].high, lanes_[3].high)), now_.high,
+                        std::greater<>());
+    }
 
 private:
     static constexpr int kBlock = kLanes<T>, kChains = 4; // chains of operations that do not wait for each other
+    using Bits = Vec<std::conditional_t<std::is_same_v<Key, Zel32f>, Zel32s, Key>>;
 
-    void blockAt(const T* x, const Zel8u* mask, int i, int chain) { block(x + i, kMasked ? mask + i : nullptr, chain); }
+    struct Lanes {
+        Vec<Key> low, high;
+        Bits seen;
 
-    void block(const T* x, const Zel8u* mask, int chain)
-    {
-        Vec<Key> forLow = Keys<T>::of(load(x)), forHigh = forLow;
-        if constexpr (kMasked) {
-            using Bits = Vec<std::conditional_t<std::is_same_v<Key, Zel32f>, Zel32s, Key>>;
-            const Bits selected = Bits(loadLaneMask<T>(mask));
-            forLow = Vec<Key>(Bits(forLow) | ~selected); // the largest number, or NaN
-            if constexpr (std::is_same_v<Key, Zel32f>) {
-                forHigh = forLow;
-                seen_ |= Bits(forLow == forLow);
-            } else {
-                forHigh = forHigh & selected;
-                seen_ |= selected;
+        void take(const T* x, const Zel8u* mask, int i)
+        {
+            Vec<Key> forLow = Keys<T>::of(load(x + i)), forHigh = forLow;
+            if constexpr (kMasked) {
+                const Bits selected = Bits(loadLaneMask<T>(mask + i));
+                forLow = Vec<Key>(Bits(forLow) | ~selected); // the largest number, or NaN
+                if constexpr (std::is_same_v<Key, Zel32f>) {
+                    forHigh = forLow;
+                    seen |= Bits(forLow == forLow);
+                } else {
+                    forHigh = forHigh & selected;
+                    seen |= selected;
+                }
             }
+            low = minimum(forLow, low);
+            high = maximum(forHigh, high);
         }
-        low_[chain] = minimum(forLow, low_[chain]);
-        high_[chain] = maximum(forHigh, high_[chain]);
-    }
+    };
 
-    template <class Better, class Best>
-    static bool improved(const Vec<Key> (&lanes)[kChains], Key& now, const Better& better, const Best& best)
+    template <class Better>
+    static bool improved(Vec<Key> lanes, Key& now, const Better& better)
     {
-        const Vec<Key> all = best(best(lanes[0], lanes[1]), best(lanes[2], lanes[3]));
-        if (!anyLane(better(all, splat(now)))) return false;
+        if (!anyLane(better(lanes, splat(now)))) return false;
         for (int i = 0; i < kBlock; ++i)
-            if (better(all[i], now)) now = all[i];
+            if (better(lanes[i], now)) now = lanes[i];
         return true;
     }
 
     Start<Key> now_ = kMasked ? maskedStart<Key>() : unmaskedStart<Key>();
-    Vec<Key> low_[kChains], high_[kChains];
-    Vec<std::conditional_t<std::is_same_v<Key, Zel32f>, Zel32s, Key>> seen_ = {};
+    Lanes lanes_[kChains];
 };
 
 // ---- partial results
