@@ -81,14 +81,20 @@ struct Adder<Zel32f> {
 template <>
 struct Adder<Zel64f> {
     using Reader = AsDoubles;
-    Doubles total = {};
+    static constexpr int kBlocks = 32768 / kLanes<Zel32u>; // of squares whose sum stays below 2^31
+    Adder<Zel32s> recent = {};
+    int recentBlocks = 0;
+    Doubles before = {};
 
     // Row sums of squares are integers below 2^31 * 2^16, which doubles hold, so that they may be added in any order.
     Doubles upright(Doubles above, Vec<Zel32u> terms)
     {
-        const Vec<Zel32u> within = prefixSums(terms);
-        const Doubles sums = toDoubles(Vec<Zel32s>(within)) + total;
-        total = total + toDoubles(Vec<Zel32s>(splatLast(within)));
+        const Doubles sums = toDoubles(Vec<Zel32s>(recent.rowSums(terms))) + before;
+        if (++recentBlocks == kBlocks) {
+            before = before + toDoubles(Vec<Zel32s>(recent.total));
+            recent = {};
+            recentBlocks = 0;
+        }
         return above + sums;
     }
     static Doubles tilted(Vec<Zel32u> left, Vec<Zel32u> right, Doubles q0, Doubles q2, Doubles p)
