@@ -327,6 +327,33 @@ inline Vec<Zel32u> loadWords(const Zel8u* from)
 #endif
 }
 
+// Two vectors, one behind the other.
+template <class V>
+struct Pair {
+    V low, high;
+};
+template <class T, class V>
+void store(T* to, Pair<V> v)
+{
+    store(to, v.low);
+    store(to + sizeof(V) / sizeof(T), v.high);
+}
+template <class T, class V>
+void storePartial(T* to, Pair<V> v, int count)
+{
+    std::memcpy(to, &v, sizeof(T) * std::size_t(count));
+}
+
+// As many bytes as there are 16-bit lanes, widened.
+inline Vec<Zel16u> loadShorts(const Zel8u* from)
+{
+#if defined(__AVX2__)
+    return Vec<Zel16u>(_mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))));
+#else
+    return Vec<Zel16u>(_mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(from)), __m128i{}));
+#endif
+}
+
 // Each lane plus all lanes before it.
 inline Vec<Zel32u> prefixSums(Vec<Zel32u> v)
 {
@@ -337,6 +364,37 @@ inline Vec<Zel32u> prefixSums(Vec<Zel32u> v)
     v += Vec<Zel32u>(_mm256_shuffle_epi32(low, 0xff));
 #endif
     return v;
+}
+
+// The same for bytes in 16-bit lanes, widened.
+inline Pair<Vec<Zel32u>> prefixSums(Vec<Zel16u> bytes)
+{
+    Vec<Zel16u> v = bytes;
+    v += Vec<Zel16u>(ZELCV_WHOLE(slli)(IntRegister(v), 2)); // within each 16 bytes
+    v += Vec<Zel16u>(ZELCV_WHOLE(slli)(IntRegister(v), 4));
+    v += Vec<Zel16u>(ZELCV_WHOLE(slli)(IntRegister(v), 8));
+#if defined(__AVX2__)
+    const __m256i low = _mm256_permute2x128_si256(__m256i(v), __m256i(v), 0x08); // beside zeros
+    v += Vec<Zel16u>(_mm256_shuffle_epi8(low, _mm256_set1_epi16(0x0f0e)));
+    return {Vec<Zel32u>(_mm256_cvtepu16_epi32(_mm256_castsi256_si128(__m256i(v)))),
+            Vec<Zel32u>(_mm256_cvtepu16_epi32(_mm256_extracti128_si256(__m256i(v), 1)))};
+#else
+    return {Vec<Zel32u>(_mm_unpacklo_epi16(__m128i(v), __m128i{})), Vec<Zel32u>(_mm_unpackhi_epi16(__m128i(v), __m128i{}))};
+#endif
+}
+
+// The same for the squares of bytes in 16-bit lanes: the sums of whole pairs, and those less the second of each pair.
+inline Pair<Vec<Zel32u>> squarePrefixSums(Vec<Zel16u> bytes)
+{
+    const Vec<Zel16s> second = Vec<Zel16s>(Vec<Zel32u>(bytes) >> 16), all = Vec<Zel16s>(bytes);
+    const IntRegister odd = IntRegister(prefixSums(multiplyAddPairs(all, all)));
+    const IntRegister even = IntRegister(Vec<Zel32u>(odd) - multiplyAddPairs(second, second));
+    const IntRegister low = ZELCV_REGISTER(unpacklo_epi32)(even, odd), high = ZELCV_REGISTER(unpackhi_epi32)(even, odd);
+#if defined(__AVX2__)
+    return {Vec<Zel32u>(_mm256_permute2x128_si256(low, high, 0x20)), Vec<Zel32u>(_mm256_permute2x128_si256(low, high, 0x31))};
+#else
+    return {Vec<Zel32u>(low), Vec<Zel32u>(high)};
+#endif
 }
 
 // The last lane in all lanes.
@@ -453,7 +511,8 @@ bool anyLane(Mask mask)
 
 // ---- rows
 
-// How mapRow reads a source: plain elements, elements widened to float, mask bytes, bytes widened to 32 bits, doubles.
+// How mapRow reads a source: plain elements, elements widened to float, mask bytes, bytes widened to 32 or 16 bits,
+// doubles, and pairs of such blocks.
 template <class T>
 struct Elements {
     const T* from;
@@ -472,9 +531,23 @@ struct AsWords {
     const Zel8u* from;
     Vec<Zel32u> at(int i) const { return loadWords(from + i); }
 };
+struct AsShorts {
+    const Zel8u* from;
+    Vec<Zel16u> at(int i) const { return loadShorts(from + i); }
+};
 struct AsDoubles {
     const Zel64f* from;
     Doubles at(int i) const { return loadDoubles(from + i); }
+};
+// Two blocks of a reader that takes as many elements as there are 32-bit lanes.
+template <class Reader>
+struct InPairs {
+    decltype(Reader::from) from;
+    auto at(int i) const
+    {
+        const Reader reader = {from};
+        return Pair<decltype(reader.at(0))>{reader.at(i), reader.at(i + kLanes<Zel32u>)};
+    }
 };
 
 // dst[i] = operation(source.at(i)...) for `count` elements, as many at a time as the operation returns. The tail goes through

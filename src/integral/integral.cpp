@@ -20,12 +20,14 @@ namespace {
 
 struct Pixels {
     static Vec<Zel32u> terms(Vec<Zel32u> pixels) { return pixels; }
+    static Pair<Vec<Zel32u>> sums(Vec<Zel16u> pixels) { return prefixSums(pixels); }
 };
 struct Squares {
     static Vec<Zel32u> terms(Vec<Zel32u> pixels)
     {
         return multiplyAddPairs(Vec<Zel16s>(pixels), Vec<Zel16s>(pixels)); // the upper half of each is 0
     }
+    static Pair<Vec<Zel32u>> sums(Vec<Zel16u> pixels) { return squarePrefixSums(pixels); }
 };
 
 // An output: the plane, and the value that its sums start from.
@@ -37,23 +39,34 @@ struct Sums {
 
 // ---- how each type adds
 
+// The sums of a row, block by block.
+class RowSums {
+public:
+    // `within`: the sums within the next block.
+    Pair<Vec<Zel32u>> next(Pair<Vec<Zel32u>> within)
+    {
+        const Pair<Vec<Zel32u>> sums = {within.low + total_, within.high + total_};
+        total_ = splatLast(sums.high);
+        return sums;
+    }
+    Vec<Zel32u> total() const { return total_; } // in all lanes
+
+private:
+    Vec<Zel32u> total_ = {};
+};
+
 template <class T>
 struct Adder;
 
 template <>
 struct Adder<Zel32s> {
     using Reader = Elements<Zel32s>;
-    Vec<Zel32u> total = {}; // of the row so far, in all lanes
+    RowSums row = {};
 
-    Vec<Zel32u> rowSums(Vec<Zel32u> terms)
+    Pair<Vec<Zel32s>> upright(Pair<Vec<Zel32s>> above, Pair<Vec<Zel32u>> within)
     {
-        const Vec<Zel32u> within = prefixSums(terms), sums = within + total;
-        total += splatLast(within);
-        return sums;
-    }
-    Vec<Zel32s> upright(Vec<Zel32s> above, Vec<Zel32u> terms)
-    {
-        return Vec<Zel32s>(Vec<Zel32u>(above) + rowSums(terms));
+        const Pair<Vec<Zel32u>> sums = row.next(within);
+        return {Vec<Zel32s>(Vec<Zel32u>(above.low) + sums.low), Vec<Zel32s>(Vec<Zel32u>(above.high) + sums.high)};
     }
     static Vec<Zel32s> tilted(Vec<Zel32u> left, Vec<Zel32u> right, Vec<Zel32s> q0, Vec<Zel32s> q2, Vec<Zel32s> p)
     {
@@ -64,11 +77,12 @@ struct Adder<Zel32s> {
 template <>
 struct Adder<Zel32f> {
     using Reader = Elements<Zel32f>;
-    Adder<Zel32s> integers = {};
+    RowSums row = {};
 
-    Vec<Zel32f> upright(Vec<Zel32f> above, Vec<Zel32u> terms)
+    Pair<Vec<Zel32f>> upright(Pair<Vec<Zel32f>> above, Pair<Vec<Zel32u>> within)
     {
-        return above + toFloat(Vec<Zel32s>(integers.rowSums(terms)));
+        const Pair<Vec<Zel32u>> sums = row.next(within);
+        return {above.low + toFloat(Vec<Zel32s>(sums.low)), above.high + toFloat(Vec<Zel32s>(sums.high))};
     }
     // In double, in this order.
     static Vec<Zel32f> tilted(Vec<Zel32u> left, Vec<Zel32u> right, Vec<Zel32f> q0, Vec<Zel32f> q2, Vec<Zel32f> p)
@@ -81,15 +95,22 @@ struct Adder<Zel32f> {
 template <>
 struct Adder<Zel64f> {
     using Reader = AsDoubles;
-    Doubles total = {};
+    static constexpr int kBlocks = 32768 / kLanes<Zel16u>; // of squares whose sum stays below 2^31
+    RowSums recent = {};
+    int recentBlocks = 0;
+    Doubles before = {};
 
     // Row sums of squares are integers below 2^31 * 2^16, which doubles hold, so that they may be added in any order.
-    Doubles upright(Doubles above, Vec<Zel32u> terms)
+    Pair<Doubles> upright(Pair<Doubles> above, Pair<Vec<Zel32u>> within)
     {
-        const Vec<Zel32u> within = prefixSums(terms);
-        const Doubles sums = toDoubles(Vec<Zel32s>(within)) + total;
-        total = total + toDoubles(Vec<Zel32s>(splatLast(within)));
-        return above + sums;
+        const Pair<Vec<Zel32u>> sums = recent.next(within);
+        const Doubles low = toDoubles(Vec<Zel32s>(sums.low)) + before, high = toDoubles(Vec<Zel32s>(sums.high)) + before;
+        if (++recentBlocks == kBlocks) {
+            before = before + toDoubles(Vec<Zel32s>(recent.total()));
+            recent = {};
+            recentBlocks = 0;
+        }
+        return {above.low + low, above.high + high};
     }
     static Doubles tilted(Vec<Zel32u> left, Vec<Zel32u> right, Doubles q0, Doubles q2, Doubles p)
     {
@@ -108,10 +129,10 @@ struct Upright {
         using Reader = typename Adder<T>::Reader;
         T* const sums = out.plane.row(y + 1);
         sums[0] = out.start;
-        const auto sum = [adder = Adder<T>()](auto above, Vec<Zel32u> pixels) mutable {
-            return adder.upright(above, What::terms(pixels));
+        const auto sum = [adder = Adder<T>()](auto above, Vec<Zel16u> pixels) mutable {
+            return adder.upright(above, What::sums(pixels));
         };
-        mapRow(sums + 1, width, sum, Reader{out.plane.row(y) + 1}, AsWords{s});
+        mapRow(sums + 1, width, sum, InPairs<Reader>{out.plane.row(y) + 1}, AsShorts{s});
     }
 };
 
