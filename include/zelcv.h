@@ -653,6 +653,118 @@ ZELCV_API ZelStatus zeliApplyMixedHaarClassifier_32s32f_C1R(const Zel32s* src, i
 ZELCV_API ZelStatus zeliApplyMixedHaarClassifier_32s_C1RSfs(const Zel32s* src, int srcStep, const Zel32s* tilt,
         int tiltStep, const Zel32s* norm, int normStep, Zel8u* mask, int maskStep, ZeliSize roiSize, Zel32s* positive,
         Zel32s threshold, const ZeliHaarClassifier_32s* state, int scaleFactor);
+/* ==== Mean and standard deviation ================================================================================
+ *
+ * Mean S / n and population standard deviation sqrt(|Q / n - mean^2|) of the n selected pixels; both 0 when n is 0. Integer
+ * sums are exact (16u: while a row's sum fits 31 bits). 32f sums in double; when 0.05 * mean^2 exceeds the variance, the
+ * deviation is computed a second time from the differences to the mean.
+ *
+ *   src, srcStep    source plane, bytes from row to row
+ *   mask, maskStep  M forms: one byte a pixel, a pixel counts where it is not zero
+ *   roiSize         region in pixels
+ *   coi             C3C forms: the channel of three that is read, 1..3
+ *   mean, stdDev    results; Mean_StdDev stores those that are not null
+ * Errors, in this order: null src, mask (and mean, in zeliMean) -8; width or height below 1 -6; a step below a row -14; srcStep
+ * not a multiple of the element -108 (16u: before maskStep is looked at); coi -52. No scratch; large regions run on several
+ * threads, and 32f sums are then the sums of the bands' sums.
+ */
+
+/* Mean of the masked pixels of an 8u image. */
+ZELCV_API ZelStatus zeliMean_8u_C1MR(const Zel8u* src, int srcStep, const Zel8u* mask, int maskStep, ZeliSize roiSize,
+        Zel64f* mean);
+
+/* Mean of the masked pixels of one channel of an 8u image. */
+ZELCV_API ZelStatus zeliMean_8u_C3CMR(const Zel8u* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, int coi, Zel64f* mean);
+
+/* Mean of the masked pixels of an 8s image. */
+ZELCV_API ZelStatus zeliMean_8s_C1MR(const Zel8s* src, int srcStep, const Zel8u* mask, int maskStep, ZeliSize roiSize,
+        Zel64f* mean);
+
+/* Mean of the masked pixels of one channel of an 8s image. */
+ZELCV_API ZelStatus zeliMean_8s_C3CMR(const Zel8s* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, int coi, Zel64f* mean);
+
+/* Mean of the masked pixels of a 16u image. */
+ZELCV_API ZelStatus zeliMean_16u_C1MR(const Zel16u* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, Zel64f* mean);
+
+/* Mean of the masked pixels of one channel of a 16u image. */
+ZELCV_API ZelStatus zeliMean_16u_C3CMR(const Zel16u* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, int coi, Zel64f* mean);
+
+/* Mean of the masked pixels of a 32f image. */
+ZELCV_API ZelStatus zeliMean_32f_C1MR(const Zel32f* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, Zel64f* mean);
+
+/* Mean of the masked pixels of one channel of a 32f image. */
+ZELCV_API ZelStatus zeliMean_32f_C3CMR(const Zel32f* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, int coi, Zel64f* mean);
+
+/* Mean and deviation of an 8u image. */
+ZELCV_API ZelStatus zeliMean_StdDev_8u_C1R(const Zel8u* src, int srcStep, ZeliSize roiSize, Zel64f* mean,
+        Zel64f* stdDev);
+
+/* Mean and deviation of the masked pixels of an 8u image. */
+ZELCV_API ZelStatus zeliMean_StdDev_8u_C1MR(const Zel8u* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, Zel64f* mean, Zel64f* stdDev);
+
+/* Mean and deviation of one channel of an 8u image. */
+ZELCV_API ZelStatus zeliMean_StdDev_8u_C3CR(const Zel8u* src, int srcStep, ZeliSize roiSize, int coi, Zel64f* mean,
+        Zel64f* stdDev);
+
+/* Mean and deviation of the masked pixels of one channel of an 8u image. */
+ZELCV_API ZelStatus zeliMean_StdDev_8u_C3CMR(const Zel8u* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, int coi, Zel64f* mean, Zel64f* stdDev);
+
+/* Mean and deviation of an 8s image. */
+ZELCV_API ZelStatus zeliMean_StdDev_8s_C1R(const Zel8s* src, int srcStep, ZeliSize roiSize, Zel64f* mean,
+        Zel64f* stdDev);
+
+/* Mean and deviation of the masked pixels of an 8s image. */
+ZELCV_API ZelStatus zeliMean_StdDev_8s_C1MR(const Zel8s* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, Zel64f* mean, Zel64f* stdDev);
+
+/* Mean and deviation of one channel of an 8s image. */
+ZELCV_API ZelStatus zeliMean_StdDev_8s_C3CR(const Zel8s* src, int srcStep, ZeliSize roiSize, int coi, Zel64f* mean,
+        Zel64f* stdDev);
+
+/* Mean and deviation of the masked pixels of one channel of an 8s image. */
+ZELCV_API ZelStatus zeliMean_StdDev_8s_C3CMR(const Zel8s* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, int coi, Zel64f* mean, Zel64f* stdDev);
+
+/* Mean and deviation of a 16u image. */
+ZELCV_API ZelStatus zeliMean_StdDev_16u_C1R(const Zel16u* src, int srcStep, ZeliSize roiSize, Zel64f* mean,
+        Zel64f* stdDev);
+
+/* Mean and deviation of the masked pixels of a 16u image. */
+ZELCV_API ZelStatus zeliMean_StdDev_16u_C1MR(const Zel16u* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, Zel64f* mean, Zel64f* stdDev);
+
+/* Mean and deviation of one channel of a 16u image. */
+ZELCV_API ZelStatus zeliMean_StdDev_16u_C3CR(const Zel16u* src, int srcStep, ZeliSize roiSize, int coi, Zel64f* mean,
+        Zel64f* stdDev);
+
+/* Mean and deviation of the masked pixels of one channel of a 16u image. */
+ZELCV_API ZelStatus zeliMean_StdDev_16u_C3CMR(const Zel16u* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, int coi, Zel64f* mean, Zel64f* stdDev);
+
+/* Mean and deviation of a 32f image. */
+ZELCV_API ZelStatus zeliMean_StdDev_32f_C1R(const Zel32f* src, int srcStep, ZeliSize roiSize, Zel64f* mean,
+        Zel64f* stdDev);
+
+/* Mean and deviation of the masked pixels of a 32f image. */
+ZELCV_API ZelStatus zeliMean_StdDev_32f_C1MR(const Zel32f* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, Zel64f* mean, Zel64f* stdDev);
+
+/* Mean and deviation of one channel of a 32f image. */
+ZELCV_API ZelStatus zeliMean_StdDev_32f_C3CR(const Zel32f* src, int srcStep, ZeliSize roiSize, int coi, Zel64f* mean,
+        Zel64f* stdDev);
+
+/* Mean and deviation of the masked pixels of one channel of a 32f image. */
+ZELCV_API ZelStatus zeliMean_StdDev_32f_C3CMR(const Zel32f* src, int srcStep, const Zel8u* mask, int maskStep,
+        ZeliSize roiSize, int coi, Zel64f* mean, Zel64f* stdDev);
+
 /* ==== Row and column pipelines ===================================================================================
  *
  * The two halves of a separable filter. The row half filters along rows, makes up the pixels left and right of the

@@ -509,6 +509,61 @@ bool anyLane(Mask mask)
     return ZELCV_REGISTER(movemask_epi8)(IntRegister(mask)) != 0;
 }
 
+// ---- statistics: sums over lanes, masks
+
+// The sums of each eight bytes.
+inline Vec<std::uint64_t> sumBytes(Vec<Zel8u> v)
+{
+    return Vec<std::uint64_t>(ZELCV_REGISTER(sad_epu8)(IntRegister(v), IntRegister{}));
+}
+
+// The sums of the two 32-bit halves of each 64-bit lane.
+inline Vec<std::uint64_t> sumHalves(Vec<Zel32u> v)
+{
+    return (Vec<std::uint64_t>(v) & 0xffffffffu) + (Vec<std::uint64_t>(v) >> 32);
+}
+
+// The first and the second half of the elements, widened.
+#if defined(__AVX2__)
+inline Vec<Zel64f> widenLow(Vec<Zel32f> v) { return _mm256_cvtps_pd(_mm256_castps256_ps128(v)); }
+inline Vec<Zel64f> widenHigh(Vec<Zel32f> v) { return _mm256_cvtps_pd(_mm256_extractf128_ps(v, 1)); }
+#else
+inline Vec<Zel64f> widenLow(Vec<Zel32f> v) { return _mm_cvtps_pd(v); }
+inline Vec<Zel64f> widenHigh(Vec<Zel32f> v) { return _mm_cvtps_pd(_mm_movehl_ps(v, v)); }
+#endif
+
+// The same for lanes of a mask.
+#if defined(__AVX2__)
+inline Vec<std::int64_t> widenLow(Vec<Zel32s> mask)
+{
+    return Vec<std::int64_t>(_mm256_cvtepi32_epi64(_mm256_castsi256_si128(__m256i(mask))));
+}
+inline Vec<std::int64_t> widenHigh(Vec<Zel32s> mask)
+{
+    return Vec<std::int64_t>(_mm256_cvtepi32_epi64(_mm256_extracti128_si256(__m256i(mask), 1)));
+}
+#else
+inline Vec<std::int64_t> widenLow(Vec<Zel32s> mask)
+{
+    return Vec<std::int64_t>(_mm_unpacklo_epi32(__m128i(mask), __m128i(mask)));
+}
+inline Vec<std::int64_t> widenHigh(Vec<Zel32s> mask)
+{
+    return Vec<std::int64_t>(_mm_unpackhi_epi32(__m128i(mask), __m128i(mask)));
+}
+#endif
+
+// As many mask bytes as there are 16-bit lanes, each as a lane of all ones where it is not zero.
+inline Vec<Zel16u> loadWordMask(const Zel8u* from)
+{
+#if defined(__AVX2__)
+    const __m256i words = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from)));
+#else
+    const __m128i bytes = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(from)), words = _mm_unpacklo_epi8(bytes, bytes);
+#endif
+    return Vec<Zel16u>(Vec<Zel16s>(words) != 0);
+}
+
 // ---- rows
 
 // How mapRow reads a source: plain elements, elements widened to float, mask bytes, bytes widened to 32 or 16 bits,

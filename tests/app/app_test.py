@@ -14,8 +14,8 @@ import zlib
 PROGRAM, EXPORTS_DEF = map(os.path.abspath, sys.argv[1:3])
 VARIANT, *LAUNCHER = sys.argv[3:]
 # Families that the gallery does not show yet.
-WITHOUT_FIGURE = ("zeliAdd", "zeliMinMaxIndx", "zeliIntegral", "zeliSqrIntegral", "zeliTilted", "zeliRectStdDev", "zeliApply",
-                  "zeliGetHaar", "zeliHaar", "zeliTiltHaar")
+WITHOUT_FIGURE = ("zeliAdd", "zeliMean", "zeliMinMaxIndx", "zeliIntegral", "zeliSqrIntegral", "zeliTilted", "zeliRectStdDev",
+                  "zeliApply", "zeliGetHaar", "zeliHaar", "zeliTiltHaar")
 CHANNELS = {0: 1, 2: 3, 3: 1, 4: 2, 6: 4}
 # 16 x 8 pixels in colour, the left half (200, 40, 40) and the right half (40, 40, 200); 8 x 8 pixels of gray 60.
 COLOUR_JPEG = base64.b64decode("""
