@@ -68,6 +68,28 @@ private:
     std::vector<Call> list_;
 };
 
+// Calls a function with images in place of their first pixels and steps.
+template <class T>
+std::tuple<T*, int> asArguments(Image<T>& image)
+{
+    return {image.data(), image.step()};
+}
+template <class T>
+std::tuple<const T*, int> asArguments(const Image<T>& image)
+{
+    return {image.view().data, image.step()};
+}
+template <class T>
+std::tuple<T> asArguments(const T& value)
+{
+    return {value};
+}
+template <class F, class... Arguments>
+void callWith(Calls& calls, Function<F> function, Arguments&&... arguments)
+{
+    std::apply([&](auto... a) { calls(function, a...); }, std::tuple_cat(asArguments(arguments)...));
+}
+
 // An argument that only some members of a family have: a tuple of it, or an empty one.
 template <bool Present, class T>
 auto onlyIf(T value)

@@ -16,6 +16,7 @@ void addEdgesCommand(CLI::App& program);
 void addGradientCommand(CLI::App& program);
 void addDiffCommand(CLI::App& program);
 void addFilterCommand(CLI::App& program);
+void addAverageCommand(CLI::App& program);
 void addInfoCommand(CLI::App& program);
 void addGalleryCommand(CLI::App& program);
 
@@ -29,6 +30,28 @@ struct InputAndOutput {
         command.add_option("-o,--output", out, "The PNG file to write")->required()->type_name("FILE");
     }
     Picture read() const { return picture.empty() ? drawScene() : readPicture(picture); }
+};
+
+// A picture that says which pixels of others count.
+struct MaskOption {
+    std::string file;
+
+    void addTo(CLI::App& command)
+    {
+        command.add_option("--mask", file, "A picture of the same size: only pixels that are not black there count")
+            ->type_name("FILE");
+    }
+    bool given() const { return !file.empty(); }
+
+    // Without a file all pixels count.
+    Picture read(ZeliSize size) const
+    {
+        if (!given()) return filled(size, 255);
+        Picture mask = toGray(readPicture(file));
+        if (!sameSize(mask.size(), size))
+            throw Error("the mask " + file + " is " + sizeText(mask.size()) + ", not " + sizeText(size));
+        return mask;
+    }
 };
 
 } // namespace app

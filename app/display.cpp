@@ -1,5 +1,7 @@
 #include "display.h"
 
+#include <random>
+
 namespace app {
 
 namespace {
@@ -29,6 +31,25 @@ Picture toColour(const Picture& src)
 {
     return drawn(src.size(), 3, [&](int x, int y, Zel8u* dst) {
         for (int c = 0; c < 3; ++c) dst[c] = src.row(y)[x * src.channels() + (src.channels() == 3 ? c : 0)];
+    });
+}
+
+Picture filled(ZeliSize size, Zel8u value)
+{
+    return drawn(size, 1, [=](int, int, Zel8u* dst) { *dst = value; });
+}
+
+Picture noisy(const Picture& src, double deviation, unsigned seed)
+{
+    std::mt19937 random(seed);
+    return mapElements<Zel8u>(src, [&](Zel8u value) {
+        // The sum of twelve bytes is close enough to normal, and the same with every standard library.
+        double sum = 0;
+        for (int i = 0; i < 3; ++i) {
+            const auto bits = random();
+            for (int shift = 0; shift < 32; shift += 8) sum += double(bits >> shift & 255) - 127.5;
+        }
+        return toByte(value + deviation * sum / 256);
     });
 }
 

@@ -65,6 +65,18 @@ Picture aroundGray(const Image<T>& src)
     return aroundGray(src, largeMagnitude(src));
 }
 
+// A plane of values that are not negative, from black for 0 to white for `white`.
+struct Scaled {
+    Picture picture;
+    double white;
+};
+template <class T>
+Scaled scaledToWhite(const Image<T>& src)
+{
+    const double white = largeMagnitude(src);
+    return {brightness(src, 255 / white), white};
+}
+
 // The strength of a gradient as Canny measures it: |dx| + |dy|.
 template <class T>
 Image<Zel32f> gradientStrength(const Image<T>& dx, const Image<T>& dy)
@@ -78,6 +90,12 @@ Image<Zel32f> gradientStrength(const Image<T>& dx, const Image<T>& dy)
 
 Picture toGray(const Picture& src);
 Picture toColour(const Picture& src);
+
+// Gray of one value all over.
+Picture filled(ZeliSize size, Zel8u value);
+
+// The picture with noise of a camera in bad light: normal, of that standard deviation, the same for the same seed.
+Picture noisy(const Picture& src, double deviation, unsigned seed);
 
 // The picture moved by so many pixels; what comes in from outside repeats the edge.
 Picture moved(const Picture& src, int right, int down);

@@ -26,6 +26,7 @@ int main(int argc, char** argv)
     app::addGradientCommand(program);
     app::addDiffCommand(program);
     app::addFilterCommand(program);
+    app::addAverageCommand(program);
     app::addGalleryCommand(program);
     app::addInfoCommand(program);
     const auto named = [&](const CLI::App* command) { return command->get_name() == argv[1]; };

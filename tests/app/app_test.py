@@ -198,6 +198,44 @@ class Program(unittest.TestCase):
         self.path("colour.png", png(16, 8, 2, [[20] * 48] * 8))
         self.assertEqual((16, 8, 1), self.picture("diff", "step.png", "colour.png")[:3])
 
+    def frames(self, count, width, height):
+        """Writes frames of random pixels; returns their names and rows."""
+        numbers = random.Random(7)
+        frames = [[[numbers.randrange(256) for _ in range(width)] for _ in range(height)] for _ in range(count)]
+        for i, rows in enumerate(frames):
+            self.path(f"frame{i}.png", gray_png(rows))
+        return [f"frame{i}.png" for i in range(count)], frames
+
+    def test_average(self):
+        names, frames = self.frames(5, 37, 3)
+        mask = [[(x + y) % 3 * 9 for x in range(37)] for y in range(3)]
+        self.path("mask.png", gray_png(mask))
+        for options, masked, alpha in [([], False, None), (["--mask", "mask.png"], True, None),
+                                       (["--weight", "0.25", "--mask", "mask.png"], True, 0.25),
+                                       (["--weight", "1"], False, 1)]:
+            with self.subTest(options):
+                moments = [[[0, 0] for _ in range(37)] for _ in range(3)]
+                for i, frame in enumerate(frames):
+                    part = 1 / (i + 1) if alpha is None or i == 0 else alpha
+                    for y, row in enumerate(frame):
+                        for x, value in enumerate(row):
+                            mean, square = moments[y][x]
+                            moments[y][x] = [mean + (value - mean) * part, square + (value * value - square) * part]
+                moments = [[m if not masked or mask[y][x] else [0, 0] for x, m in enumerate(row)]
+                           for y, row in enumerate(moments)]
+                told = self.succeed("average", *names, *options, "-o", "out.png", "--deviation", "deviation.png")
+                white = float(told.split()[-1])
+                deviations = [max(s - m * m, 0) ** 0.5 for row in moments for m, s in row]
+                if alpha != 1:
+                    self.assertLessEqual(sum(d > 1.001 * white for d in deviations), 2)
+                for name, scale, wanted in [("out.png", 1, [m for row in moments for m, _ in row]),
+                                            ("deviation.png", 255 / white, deviations)]:
+                    got = sum(read_png(self.path(name))[3], [])
+                    for value, true in zip(got, wanted):
+                        self.assertLess(abs(value - min(255, true * scale)), 0.6)
+        self.succeed("average", "-o", "own.png", "--deviation", "own_deviation.png")
+        self.assertEqual((640, 480, 1), read_png(self.path("own.png"))[:3])
+
     def test_nonsense(self):
         good = gray_png([[random.Random(2).randrange(256) for _ in range(90)]] * 50)
         files = {"good.png": good, "small.png": gray_png([[1, 2]]), "text.png": b"This is no picture.\n" * 9,
@@ -222,6 +260,11 @@ class Program(unittest.TestCase):
                 (["edges", "large.png", *out], 1, "32000 x 32000 is too large"),
                 (["diff", "good.png", "small.png", *out], 1, "good.png is 90 x 50, small.png is 2 x 1"),
                 (["diff", "good.png", *out], 2, "two pictures"),
+                (["average", "good.png", "small.png", *out], 1, "good.png is 90 x 50, small.png is 2 x 1"),
+                (["average", "good.png", "none.png", *out], 1, "none.png: No such file"),
+                (["average", "good.png", "--mask", "small.png", *out], 1, "mask small.png is 2 x 1, not 90 x 50"),
+                (["average", "good.png", "--weight", "1.5", *out], 2, "--weight"),
+                (["average", "good.png", "--deviation", "no/out.png", *out], 1, "no/out.png: No such"),
                 (["edges", "good.png", "-o", "no/out.png"], 1, "no/out.png: No such"),
                 (["edges", "good.png", "-o", "folder"], 1, "folder: this is a folder"),
                 (["edges", "good.png", "-o", "/dev/full"], 1, "/dev/full: No space"),
