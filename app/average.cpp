@@ -93,8 +93,8 @@ void run(const Options& options)
 void addAverageCommand(CLI::App& program)
 {
     CLI::App* command = program.add_subcommand(
-        "average", "Mean of a sequence of pictures of one size, in gray; black outside of the mask. Without pictures: noisy versions of the program's own "
-                   "scene");
+        "average", "Mean of a sequence of pictures of one size, in gray; black outside of the mask. Without pictures: noisy "
+                   "versions of the program's own scene");
     const auto options = std::make_shared<Options>();
     command->add_option("PICTURES", options->pictures, "PNG or JPEG files")->type_name("PICTURE...");
     command->add_option("-o,--output", options->out, "The PNG file to write the mean to")->required()->type_name("FILE");

@@ -17,6 +17,8 @@ void addGradientCommand(CLI::App& program);
 void addDiffCommand(CLI::App& program);
 void addFilterCommand(CLI::App& program);
 void addAverageCommand(CLI::App& program);
+void addLocalDeviationCommand(CLI::App& program);
+void addCascadeCommand(CLI::App& program);
 void addInfoCommand(CLI::App& program);
 void addGalleryCommand(CLI::App& program);
 

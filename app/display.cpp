@@ -62,6 +62,43 @@ Picture moved(const Picture& src, int right, int down)
     });
 }
 
+Picture padded(const Picture& src, int margin)
+{
+    const ZeliSize size = src.size();
+    return drawn({size.width + 2 * margin, size.height + 2 * margin}, src.channels(), [&](int x, int y, Zel8u* dst) {
+        const int fromX = std::clamp(x - margin, 0, size.width - 1), fromY = std::clamp(y - margin, 0, size.height - 1);
+        std::copy_n(src.row(fromY) + fromX * src.channels(), src.channels(), dst);
+    });
+}
+
+Picture resized(const Picture& src, ZeliSize size)
+{
+    // The source pixels under a stretch of the result, and how much of each lies there.
+    struct Share {
+        int place;
+        double part;
+    };
+    const auto divide = [](int from, int to) {
+        std::vector<std::vector<Share>> shares(std::size_t(to), std::vector<Share>{});
+        for (int i = 0; i < to; ++i) {
+            const double begin = double(from) * i / to, end = double(from) * (i + 1) / to;
+            for (int place = int(begin); place < from && place < end; ++place) {
+                const double part = std::min(end, place + 1.0) - std::max(begin, double(place));
+                shares[std::size_t(i)].push_back({place, part / (end - begin)});
+            }
+        }
+        return shares;
+    };
+    const auto columns = divide(src.size().width, size.width), rows = divide(src.size().height, size.height);
+    return drawn(size, 1, [&](int x, int y, Zel8u* dst) {
+        double sum = 0;
+        for (const Share& row : rows[std::size_t(y)])
+            for (const Share& column : columns[std::size_t(x)])
+                sum += row.part * column.part * src.row(row.place)[column.place];
+        *dst = toByte(sum);
+    });
+}
+
 Picture sideBySide(std::initializer_list<const Picture*> pictures)
 {
     constexpr int gap = 6;

@@ -100,6 +100,12 @@ Picture noisy(const Picture& src, double deviation, unsigned seed);
 // The picture moved by so many pixels; what comes in from outside repeats the edge.
 Picture moved(const Picture& src, int right, int down);
 
+// The picture with its edge repeated `margin` times on all four sides.
+Picture padded(const Picture& src, int margin);
+
+// A smaller picture of any size: each pixel is the average of the area that it stands for. Gray only.
+Picture resized(const Picture& src, ZeliSize size);
+
 // Gray pictures of one height beside each other, with a thin light gap between.
 Picture sideBySide(std::initializer_list<const Picture*> pictures);
 

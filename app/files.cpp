@@ -29,20 +29,6 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-std::string readFile(const std::string& path)
-{
-    const File file(std::fopen(path.c_str(), "rb"));
-    if (!file) failWithErrno(path);
-    std::string bytes;
-    char chunk[1 << 16];
-    while (const std::size_t count = std::fread(chunk, 1, sizeof chunk, file.get())) {
-        bytes.append(chunk, count);
-        if (bytes.size() > kMaxFileBytes) fail(path, "the file is larger than 1 GiB");
-    }
-    if (std::ferror(file.get())) failWithErrno(path);
-    return bytes;
-}
-
 ZeliSize checkedSize(const std::string& path, std::uint64_t width, std::uint64_t height)
 {
     if (width < 1 || height < 1) fail(path, "the picture has no pixels");
@@ -174,6 +160,20 @@ private:
 };
 
 } // namespace
+
+std::string readFile(const std::string& path)
+{
+    const File file(std::fopen(path.c_str(), "rb"));
+    if (!file) failWithErrno(path);
+    std::string bytes;
+    char chunk[1 << 16];
+    while (const std::size_t count = std::fread(chunk, 1, sizeof chunk, file.get())) {
+        bytes.append(chunk, count);
+        if (bytes.size() > kMaxFileBytes) fail(path, "the file is larger than 1 GiB");
+    }
+    if (std::ferror(file.get())) failWithErrno(path);
+    return bytes;
+}
 
 Picture readPicture(const std::string& path)
 {

@@ -27,6 +27,8 @@ int main(int argc, char** argv)
     app::addDiffCommand(program);
     app::addFilterCommand(program);
     app::addAverageCommand(program);
+    app::addLocalDeviationCommand(program);
+    app::addCascadeCommand(program);
     app::addGalleryCommand(program);
     app::addInfoCommand(program);
     const auto named = [&](const CLI::App* command) { return command->get_name() == argv[1]; };

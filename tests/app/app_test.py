@@ -4,6 +4,7 @@ import base64
 import os
 import random
 import re
+import statistics
 import struct
 import subprocess
 import sys
@@ -13,6 +14,7 @@ import zlib
 
 PROGRAM, EXPORTS_DEF = map(os.path.abspath, sys.argv[1:3])
 VARIANT, *LAUNCHER = sys.argv[3:]
+BLOBS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../app/cascades/bright-blobs.txt")
 # Families that the gallery does not show yet.
 WITHOUT_FIGURE = ("zeliAdd", "zeliMean", "zeliMinMaxIndx", "zeliIntegral", "zeliSqrIntegral", "zeliTilted", "zeliRectStdDev",
                   "zeliApply", "zeliGetHaar", "zeliHaar", "zeliTiltHaar")
@@ -236,6 +238,83 @@ class Program(unittest.TestCase):
         self.succeed("average", "-o", "own.png", "--deviation", "own_deviation.png")
         self.assertEqual((640, 480, 1), read_png(self.path("own.png"))[:3])
 
+    def test_local_deviation(self):
+        (name, *_), ((*frame,), *_) = self.frames(1, 11, 9)
+        for window in 1, 3, 9:
+            white = float(self.succeed("localdev", name, "--window", str(window), "-o", "out.png").split()[-1])
+            half, got = window // 2, read_png(self.path("out.png"))[3]
+            for y in range(9):
+                for x in range(11):
+                    under = [frame[min(max(y + j, 0), 8)][min(max(x + i, 0), 10)]
+                             for j in range(-half, half + 1) for i in range(-half, half + 1)]
+                    wanted = min(255, statistics.pstdev(under) * 255 / white)
+                    self.assertLess(abs(got[y][x] - wanted), 0.6, (window, x, y))
+
+    def found(self, *arguments):
+        lines = self.succeed("cascade", *arguments, "-o", "out.png").splitlines()
+        self.assertEqual(["x", "y", "width", "height", "hits"], lines[0].split())
+        return [tuple(map(int, line.split())) for line in lines[1:]]
+
+    def test_cascade(self):
+        # Discs of three sizes on a dark ground, and nothing where the ground is bright, too.
+        discs = [(40, 50, 12), (120, 45, 20), (220, 90, 45)]
+        rows = [[200 if any((x - a) ** 2 + (y - b) ** 2 <= r * r for a, b, r in discs) else 60 for x in range(300)]
+                for y in range(160)]
+        self.path("discs.png", gray_png(rows))
+        self.path("bright.png", gray_png([[min(255, 2 * value) for value in row] for row in [[200] * 300] * 160]))
+        found = self.found("discs.png", "--stages", BLOBS)
+        self.assertEqual(len(discs), len(found))
+        for (a, b, r), (x, y, width, height, _) in zip(discs, sorted(found)):
+            self.assertLess(max(abs(x + width / 2 - a), abs(y + height / 2 - b)), r / 4)
+            self.assertLess(abs(width / r - 20 / 7), 0.6)
+        self.assertEqual([], self.found("bright.png", "--stages", BLOBS))
+        frame = read_png(self.path("out.png"))
+        self.assertEqual((300, 160, 3), frame[:3])
+        lamp = [(x, y) for x, y, width, height, _ in self.found("--stages", BLOBS) if x < 98 < x + width and y < 90 < y + height]
+        self.assertEqual(1, len(lamp))
+        self.path("tiny.png", gray_png([[9]]))
+        self.assertEqual([], self.found("tiny.png", "--stages", BLOBS))
+
+    def test_cascade_equals_its_definition(self):
+        text = ["window 4 3 # a comment", "contrast 60", "", "stage 1.5", "feature -0.1 2 -0.5", "rect 0 0 2 3 1",
+                "rect 1 1 3 2 -1.5", "feature 0.2 0.25 1", "rect 3 0 1 1 1", "rect 0 0 4 3 -1", "stage 0", "feature 1.75 0 -1",
+                "rect 0 0 4 3 1"]
+        self.path("own.txt", "\n".join(text).encode())
+        outcomes = set()
+        for name, frame in zip(*self.frames(60, 4, 3)):
+            def mean(left, top, width, height, frame=frame):
+                return statistics.mean(frame[top + j][left + i] for j in range(height) for i in range(width))
+            deviation = statistics.pstdev(sum(frame, []))
+            first = 2 if mean(0, 0, 2, 3) - 1.5 * mean(1, 1, 3, 2) < -0.1 * deviation else -0.5
+            second = 0.25 if mean(3, 0, 1, 1) - mean(0, 0, 4, 3) < 0.2 * deviation else 1
+            outcome = deviation >= 60, first + second >= 1.5, mean(0, 0, 4, 3) < 1.75 * deviation
+            outcomes.add(outcome)
+            self.assertEqual([(0, 0, 4, 3, 1)] if all(outcome) else [],
+                             self.found(name, "--stages", "own.txt", "--hits", "1"), name)
+        self.assertIn((True,) * 3, outcomes)
+        self.assertLess(5, len(outcomes))
+
+    def test_broken_cascades(self):
+        feature = "window 9 9\nstage 1\nfeature 0 0 1\n"
+        self.path("good.png", gray_png([[1, 2, 3]] * 3))
+        for text, line, message in [
+                ("", 0, "before the first stage"), ("stage 1", 1, "window"), ("window 9", 1, "window WIDTH HEIGHT"),
+                ("window 9 1", 1, "2 to 256"), ("window 9 9\nwindow 9 9", 2, "twice"), ("window 9 9.5", 1, "argument 2"),
+                ("window 9 9\n\nstages 1", 3, "statements are"), ("window 9 9\nstage nan", 2, "argument 1"),
+                ("window 9 9\nfeature 0 0 1", 2, "before the first stage"), ("window 9 9\nstage 1\nstage 1", 3, "no feature"),
+                ("window 9 9\nstage 1\nrect 0 0 1 1 1", 3, "before the first feature"), (feature, 3, "no rect"),
+                (feature + "feature 0 0 1", 4, "no rect"), (feature + "rect 0 0 1 1", 4, "expected: rect"),
+                (feature + "rect 0 0 1 1 1e99", 4, "not a number"), (feature + "rect 5 0 5 1 1", 4, "out of the window"),
+                (feature + "rect 2147483647 0 2147483647 1 1", 4, "out of the window"),
+                (feature + "rect -1 0 1 1 1", 4, "out of the window"), ("\0\xff\n" * 9, 1, "window")]:
+            with self.subTest(text):
+                self.path("broken.txt", text.encode("latin-1"))
+                result = self.run_program("cascade", "good.png", "--stages", "broken.txt", "-o", "new.png")
+                self.assertEqual((1, ""), (result.returncode, result.stdout))
+                self.assertRegex(result.stderr, rf"\Azelcv: broken.txt: line {line}: [^\n]+\n\Z")
+                self.assertIn(message, result.stderr)
+                self.assertFalse(os.path.exists(self.path("new.png")))
+
     def test_nonsense(self):
         good = gray_png([[random.Random(2).randrange(256) for _ in range(90)]] * 50)
         files = {"good.png": good, "small.png": gray_png([[1, 2]]), "text.png": b"This is no picture.\n" * 9,
@@ -265,6 +344,15 @@ class Program(unittest.TestCase):
                 (["average", "good.png", "--mask", "small.png", *out], 1, "mask small.png is 2 x 1, not 90 x 50"),
                 (["average", "good.png", "--weight", "1.5", *out], 2, "--weight"),
                 (["average", "good.png", "--deviation", "no/out.png", *out], 1, "no/out.png: No such"),
+                *[(["localdev", "good.png", "--window", window, *out], status, message) for window, status, message in [
+                    ("0", 2, "--window"), ("-3", 2, "--window"), ("4", 1, "odd"), ("51", 1, "larger than the picture"),
+                    ("99999999999", 2, "--window")]],
+                (["localdev", "good.png", *out], 2, "--window is required"),
+                (["cascade", "good.png", *out], 2, "--stages is required"),
+                (["cascade", "good.png", "--stages", "none.txt", *out], 1, "none.txt: No such file"),
+                (["cascade", "good.png", "--stages", "folder", *out], 1, "folder: Is a dir"),
+                (["cascade", "good.png", "--stages", BLOBS, "--scale", "1", *out], 2, "--scale"),
+                (["cascade", "good.png", "--stages", BLOBS, "--hits", "0", *out], 2, "--hits"),
                 (["edges", "good.png", "-o", "no/out.png"], 1, "no/out.png: No such"),
                 (["edges", "good.png", "-o", "folder"], 1, "folder: this is a folder"),
                 (["edges", "good.png", "-o", "/dev/full"], 1, "/dev/full: No space"),
