@@ -27,7 +27,7 @@ const bool registered = [] {
     measure("zeliAbsDiff_8u_C3R", 9, difference<Zel8u>(zeliAbsDiff_8u_C3R, 3));
     measure("zeliAbsDiff_16u_C1R", 6, difference<Zel16u>(zeliAbsDiff_16u_C1R));
     measure("zeliAbsDiff_32f_C1R", 12, difference<Zel32f>(zeliAbsDiff_32f_C1R));
-    measure("zeliAbsDiff_32f_C1R/2threads", 12, difference<Zel32f>(zeliAbsDiff_32f_C1R), 2);
+    measure("zeliAbsDiff_32f_C1R/2 threads", 12, difference<Zel32f>(zeliAbsDiff_32f_C1R), 2);
     measure("zeliAbsDiffC_8u_C1R", 2, constantDifference<Zel8u>(zeliAbsDiffC_8u_C1R));
     measure("zeliAbsDiffC_16u_C1R", 4, constantDifference<Zel16u>(zeliAbsDiffC_16u_C1R));
     measure("zeliAbsDiffC_32f_C1R", 8, constantDifference<Zel32f>(zeliAbsDiffC_32f_C1R));

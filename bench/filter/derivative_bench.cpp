@@ -59,7 +59,7 @@ const bool registered = [] {
             scharr<Zel32f, Zel32f>(zeliFilter##name##GetBufferSize_32f_C1R, zeliFilter##name##Border_32f_C1R));
     SCHARR(ScharrHoriz)
     SCHARR(ScharrVert)
-    measure("zeliFilterSobelVertBorder_8u16s_C1R/5x5/2threads", 3,
+    measure("zeliFilterSobelVertBorder_8u16s_C1R/5x5/2 threads", 3,
             filter<Zel8u, Zel16s>(zeliFilterSobelVertGetBufferSize_8u16s_C1R, zeliFilterSobelVertBorder_8u16s_C1R, zeliMask5x5),
             2);
     return true;

@@ -141,8 +141,8 @@ const bool registered = [] {
     measure(column + "Low_16s_C1R", 4, COLUMN(Zel16s, Zel16s, Zel16s, Low_16s_C1R, 1, 7, 16));
     measure(column + "Low_16s_C3R", 12, COLUMN(Zel16s, Zel16s, Zel16s, Low_16s_C3R, 3, 7, 16));
     measure(column + "32f_C3R", 24, COLUMN(Zel32f, Zel32f, Zel32f, 32f_C3R, 3, 7, 1));
-    measure(row + "8u16s_C1R/2threads", 3, ROW(Zel8u, Zel16s, Zel16s, 8u16s_C1R, 1, 7, 1), 2);
-    measure(column + "16s_C1R/2threads", 4, COLUMN(Zel16s, Zel16s, Zel16s, 16s_C1R, 1, 7, 16), 2);
+    measure(row + "8u16s_C1R/2 threads", 3, ROW(Zel8u, Zel16s, Zel16s, 8u16s_C1R, 1, 7, 1), 2);
+    measure(column + "16s_C1R/2 threads", 4, COLUMN(Zel16s, Zel16s, Zel16s, 16s_C1R, 1, 7, 16), 2);
     return true;
 }();
 

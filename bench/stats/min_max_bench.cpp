@@ -1,4 +1,4 @@
-#include "support/measure.h"
+#include "stats/masks.h"
 
 using namespace zelbench;
 
@@ -20,26 +20,13 @@ Prepare plain(ZelStatus (*function)(const T*, int, ZeliSize, Zel32f*, Zel32f*, Z
     };
 }
 
-// A mask of 0 and 255 at random, or solid.
-Plane<Zel8u> maskPlane(ZeliSize size, bool random)
-{
-    Plane<Zel8u> mask(size);
-    unsigned state = 1;
-    for (int y = 0; y < size.height; ++y)
-        for (int x = 0; x < size.width; ++x) {
-            state = state * 1664525u + 1013904223u;
-            mask.row(y)[x] = !random || state >> 31 ? 255 : 0;
-        }
-    return mask;
-}
-
 template <class T>
 Prepare masked(ZelStatus (*function)(const T*, int, const Zel8u*, int, ZeliSize, Zel32f*, Zel32f*, ZeliPoint*, ZeliPoint*),
-               bool random)
+               Plane<Zel8u> makeMask(ZeliSize))
 {
     return [=](ZeliSize size) -> std::function<void()> {
         Plane<T> src(size);
-        Plane<Zel8u> mask = maskPlane(size, random);
+        const auto mask = makeMask(size);
         return [=, r = Results{}]() mutable {
             require(function(src.data(), src.step(), mask.data(), mask.step(), size, &r.min, &r.max, &r.minAt, &r.maxAt));
         };
@@ -63,19 +50,19 @@ Prepare channelMasked(ZelStatus (*function)(const T*, int, const Zel8u*, int, Ze
 {
     return [=](ZeliSize size) -> std::function<void()> {
         Plane<T> src(size, 3);
-        Plane<Zel8u> mask = maskPlane(size, true);
+        const auto mask = randomMask(size);
         return [=, r = Results{}]() mutable {
             require(function(src.data(), src.step(), mask.data(), mask.step(), size, 2, &r.min, &r.max, &r.minAt, &r.maxAt));
         };
     };
 }
 
-#define MEASURE_TYPE(token, size)                                                                              \
-    measure("zeliMinMaxIndx_" #token "_C1R", size, plain(zeliMinMaxIndx_##token##_C1R));                       \
-    measure("zeliMinMaxIndx_" #token "_C1R/2 threads", size, plain(zeliMinMaxIndx_##token##_C1R), 2);          \
-    measure("zeliMinMaxIndx_" #token "_C1MR/random", size + 1, masked(zeliMinMaxIndx_##token##_C1MR, true));   \
-    measure("zeliMinMaxIndx_" #token "_C1MR/solid", size + 1, masked(zeliMinMaxIndx_##token##_C1MR, false));   \
-    measure("zeliMinMaxIndx_" #token "_C3CR", 3 * size, channel(zeliMinMaxIndx_##token##_C3CR));               \
+#define MEASURE_TYPE(token, size)                                                                                  \
+    measure("zeliMinMaxIndx_" #token "_C1R", size, plain(zeliMinMaxIndx_##token##_C1R));                           \
+    measure("zeliMinMaxIndx_" #token "_C1R/2 threads", size, plain(zeliMinMaxIndx_##token##_C1R), 2);              \
+    measure("zeliMinMaxIndx_" #token "_C1MR/random", size + 1, masked(zeliMinMaxIndx_##token##_C1MR, randomMask)); \
+    measure("zeliMinMaxIndx_" #token "_C1MR/solid", size + 1, masked(zeliMinMaxIndx_##token##_C1MR, solidMask));   \
+    measure("zeliMinMaxIndx_" #token "_C3CR", 3 * size, channel(zeliMinMaxIndx_##token##_C3CR));                   \
     measure("zeliMinMaxIndx_" #token "_C3CMR", 3 * size + 1, channelMasked(zeliMinMaxIndx_##token##_C3CMR));
 
 const bool registered = [] {

@@ -553,15 +553,51 @@ inline Vec<std::int64_t> widenHigh(Vec<Zel32s> mask)
 }
 #endif
 
-// As many mask bytes as there are 16-bit lanes, each as a lane of all ones where it is not zero.
-inline Vec<Zel16u> loadWordMask(const Zel8u* from)
+// -128 becomes 128.
+inline Vec<Zel8u> absolute(Vec<Zel8s> v)
+{
+    return Vec<Zel8u>(ZELCV_REGISTER(min_epu8)(IntRegister(v), ZELCV_REGISTER(sub_epi8)(IntRegister{}, IntRegister(v))));
+}
+
+inline Vec<Zel8u> absoluteDifference(Vec<Zel8s> a, Vec<Zel8s> b)
+{
+    return absoluteDifference(Vec<Zel8u>(a) ^ 0x80, Vec<Zel8u>(b) ^ 0x80);
+}
+
+inline Vec<Zel32u> interleaveLow(Vec<Zel16u> a, Vec<Zel16u> b)
+{
+    return Vec<Zel32u>(interleaveLow(Vec<Zel16s>(a), Vec<Zel16s>(b)));
+}
+inline Vec<Zel32u> interleaveHigh(Vec<Zel16u> a, Vec<Zel16u> b)
+{
+    return Vec<Zel32u>(interleaveHigh(Vec<Zel16s>(a), Vec<Zel16s>(b)));
+}
+
+// ---- rows side by side: what works within each 16 bytes keeps them apart
+
+constexpr int kRowsInVector = kVectorBytes / 16;
+
+// The next 16 bytes of each row.
+template <class T>
+Vec<T> loadRows(const T* const* rows)
 {
 #if defined(__AVX2__)
-    const __m256i words = _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from)));
+    return Vec<T>(_mm256_loadu2_m128i(reinterpret_cast<const __m128i*>(rows[1]), reinterpret_cast<const __m128i*>(rows[0])));
 #else
-    const __m128i bytes = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(from)), words = _mm_unpacklo_epi8(bytes, bytes);
+    return load(rows[0]);
 #endif
-    return Vec<Zel16u>(Vec<Zel16s>(words) != 0);
+}
+
+// The next 8 mask bytes of each row, as lanes of 16 bits that are all ones where the byte is not zero.
+inline Vec<Zel16u> loadWordMaskRows(const Zel8u* const* rows)
+{
+    const auto eight = [=](int row) { return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(rows[row])); };
+#if defined(__AVX2__)
+    const Vec<Zel8u> bytes = Vec<Zel8u>(_mm256_set_m128i(eight(1), eight(0)));
+#else
+    const Vec<Zel8u> bytes = Vec<Zel8u>(eight(0));
+#endif
+    return Vec<Zel16u>(Vec<Zel16s>(interleaveLow(bytes, bytes)) != 0);
 }
 
 // ---- rows

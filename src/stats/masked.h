@@ -20,7 +20,7 @@ struct MaskBytes {
     MaskBytes at(std::ptrdiff_t x) const { return {from + x}; }
     void copyTo(Zel8u* mask, int count) const { std::memcpy(mask, from, std::size_t(count)); }
     Vec<Zel8u> bytes() const { return Vec<Zel8u>(load(from) != 0); }
-    Vec<Zel16u> words() const { return loadWordMask(from); }
+    Vec<Zel16u> words() const { return Vec<Zel16u>(loadLaneMask<Zel16u>(from)); }
     Vec<Zel32s> lanes(int part) const { return loadMask(from + part * kLanes<Zel32s>); }
 };
 
@@ -105,10 +105,13 @@ constexpr int kFloatBlock = 8, kFloatParts = kFloatBlock / kLanes<Zel32f>;
 template <class T>
 constexpr int kBlock = sizeof(T) == 4 ? kFloatBlock : kLanes<T>;
 
+// Inlined always, with the steps that it calls: their sums stay in registers.
+#define ZELCV_INLINE __attribute__((always_inline))
+
 // Calls step(count, selection, from) for the blocks of a run. The last one may be short: then it is a copy, whose pixels
 // behind `count` are zero and masked off.
 template <class T, std::size_t sources, class Selection, class Step>
-void forBlocks(const Run<T, sources, Selection>& run, const Step& step)
+ZELCV_INLINE inline void forBlocks(const Run<T, sources, Selection>& run, const Step& step)
 {
     int i = 0;
     for (; i <= run.count - kBlock<T>; i += kBlock<T>) {

@@ -43,7 +43,7 @@ public:
         Vec<std::uint64_t> sum = sum_;
         Vec<Zel32u> squares = {};
         Vec<Zel8u> counts = {};
-        forBlocks(run, [&](int, auto selection, auto from) {
+        forBlocks(run, [&](int, auto selection, auto from) ZELCV_INLINE {
             const Vec<Zel8u> mask = selection.bytes(), x = (Vec<Zel8u>(load(from[0])) ^ kMove) & mask;
             sum += sumBytes(x);
             if constexpr (squared)
@@ -84,7 +84,7 @@ public:
         Vec<Zel32u> sum = sum_;
         Vec<std::uint64_t> squares = squares_;
         Vec<Zel16u> counts = {};
-        forBlocks(run, [&](int, auto selection, auto from) {
+        forBlocks(run, [&](int, auto selection, auto from) ZELCV_INLINE {
             const Vec<Zel16u> mask = selection.words();
             const Vec<Zel16s> x = Vec<Zel16s>((load(from[0]) ^ 0x8000) & mask);
             sum += multiplyAddPairs(x, ones);
@@ -123,7 +123,7 @@ public:
     {
         DoubleLanes sum = sum_, squares = squares_;
         Vec<Zel32s> counts = {};
-        forBlocks(run, [&](int, auto selection, auto from) {
+        forBlocks(run, [&](int, auto selection, auto from) ZELCV_INLINE {
             for (int part = 0; part < kFloatParts; ++part) {
                 const Vec<Zel32s> mask = selection.lanes(part);
                 const Vec<Zel32f> x = keep(mask, load(from[0] + part * kLanes<Zel32f>));
@@ -189,7 +189,7 @@ double spread(const Channel<Zel32f, channels, 1>& channel, Selected selected, Ze
     for (int y = 0; y < roi.height; ++y) {
         DoubleLanes lanes;
         forRuns(y, roi.width, channel, selected, [&](const auto& run) {
-            forBlocks(run, [&](int, auto selection, auto from) {
+            forBlocks(run, [&](int, auto selection, auto from) ZELCV_INLINE {
                 for (int part = 0; part < kFloatParts; ++part) {
                     const Vec<Zel32s> mask = selection.lanes(part);
                     const Vec<Zel32f> x = load(from[0] + part * kLanes<Zel32f>);

@@ -16,7 +16,7 @@ PROGRAM, EXPORTS_DEF = map(os.path.abspath, sys.argv[1:3])
 VARIANT, *LAUNCHER = sys.argv[3:]
 BLOBS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../app/cascades/bright-blobs.txt")
 # Families that the gallery does not show yet.
-WITHOUT_FIGURE = ("zeliAdd", "zeliMean", "zeliMinMaxIndx", "zeliIntegral", "zeliSqrIntegral", "zeliTilted", "zeliRectStdDev",
+WITHOUT_FIGURE = ("zeliAdd", "zeliMean", "zeliNorm", "zeliMinMaxIndx", "zeliIntegral", "zeliSqrIntegral", "zeliTilted", "zeliRectStdDev",
                   "zeliApply", "zeliGetHaar", "zeliHaar", "zeliTiltHaar")
 CHANNELS = {0: 1, 2: 3, 3: 1, 4: 2, 6: 4}
 # 16 x 8 pixels in colour, the left half (200, 40, 40) and the right half (40, 40, 200); 8 x 8 pixels of gray 60.
