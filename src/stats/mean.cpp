@@ -47,7 +47,7 @@ public:
             const Vec<Zel8u> mask = selection.bytes(), x = (Vec<Zel8u>(load(from[0])) ^ kMove) & mask;
             sum += sumBytes(x);
             if constexpr (squared)
-                for (const auto half : {interleaveLow(x, Vec<Zel8u>{}), interleaveHigh(x, Vec<Zel8u>{})})
+                for (const Vec<Zel16u> half : {Vec<Zel16u>(x) & 0xff, Vec<Zel16u>(x) >> 8})
                     squares += multiplyAddPairs(Vec<Zel16s>(half), Vec<Zel16s>(half));
             if constexpr (Run::kMasked) counts -= mask;
         });
