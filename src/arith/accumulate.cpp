@@ -109,43 +109,43 @@ ZelStatus accumulateMasked(const Frames<T, count>& frames, Plane<const Zel8u> ma
 
 // ---- exports: the members by operation and type
 
-#define ONE_FRAME(What, T, name)                                                                                          \
-    ZelStatus name(const T* src, int srcStep, Zel32f* srcDst, int srcDstStep, ZeliSize roiSize)                           \
-    {                                                                                                                     \
-        return accumulate<What>(Frames<T, 1>{{{src, srcStep}}}, {srcDst, srcDstStep}, {srcDst, srcDstStep}, roiSize);     \
+#define ONE_FRAME(What, T, name)                                                                                      \
+    ZelStatus name(const T* src, int srcStep, Zel32f* srcDst, int srcDstStep, ZeliSize roiSize)                       \
+    {                                                                                                                 \
+        return accumulate<What>(Frames<T, 1>{{{src, srcStep}}}, {srcDst, srcDstStep}, {srcDst, srcDstStep}, roiSize); \
     }
-#define ONE_FRAME_MASKED(What, T, name)                                                                                   \
-    ZelStatus name(const T* src, int srcStep, const Zel8u* mask, int maskStep, Zel32f* srcDst, int srcDstStep,            \
-                   ZeliSize roiSize)                                                                                      \
-    {                                                                                                                     \
-        return accumulateMasked<What>(Frames<T, 1>{{{src, srcStep}}}, {mask, maskStep}, {srcDst, srcDstStep}, roiSize);   \
+#define ONE_FRAME_MASKED(What, T, name)                                                                                 \
+    ZelStatus name(const T* src, int srcStep, const Zel8u* mask, int maskStep, Zel32f* srcDst, int srcDstStep,          \
+                   ZeliSize roiSize)                                                                                    \
+    {                                                                                                                   \
+        return accumulateMasked<What>(Frames<T, 1>{{{src, srcStep}}}, {mask, maskStep}, {srcDst, srcDstStep}, roiSize); \
     }
-#define TWO_FRAMES(What, T, name)                                                                                          \
-    ZelStatus name(const T* src1, int src1Step, const T* src2, int src2Step, Zel32f* srcDst, int srcDstStep,              \
-                   ZeliSize roiSize)                                                                                      \
-    {                                                                                                                     \
-        return accumulate<What>(Frames<T, 2>{{{src1, src1Step}, {src2, src2Step}}}, {srcDst, srcDstStep},              \
-                                   {srcDst, srcDstStep}, roiSize);                                                        \
+#define TWO_FRAMES(What, T, name)                                                                            \
+    ZelStatus name(const T* src1, int src1Step, const T* src2, int src2Step, Zel32f* srcDst, int srcDstStep, \
+                   ZeliSize roiSize)                                                                         \
+    {                                                                                                        \
+        return accumulate<What>(Frames<T, 2>{{{src1, src1Step}, {src2, src2Step}}}, {srcDst, srcDstStep},    \
+                                   {srcDst, srcDstStep}, roiSize);                                           \
     }
-#define TWO_FRAMES_MASKED(What, T, name)                                                                                   \
-    ZelStatus name(const T* src1, int src1Step, const T* src2, int src2Step, const Zel8u* mask, int maskStep,             \
-                   Zel32f* srcDst, int srcDstStep, ZeliSize roiSize)                                                      \
-    {                                                                                                                     \
-        return accumulateMasked<What>(Frames<T, 2>{{{src1, src1Step}, {src2, src2Step}}}, {mask, maskStep},            \
-                                         {srcDst, srcDstStep}, roiSize);                                                  \
+#define TWO_FRAMES_MASKED(What, T, name)                                                                      \
+    ZelStatus name(const T* src1, int src1Step, const T* src2, int src2Step, const Zel8u* mask, int maskStep, \
+                   Zel32f* srcDst, int srcDstStep, ZeliSize roiSize)                                          \
+    {                                                                                                         \
+        return accumulateMasked<What>(Frames<T, 2>{{{src1, src1Step}, {src2, src2Step}}}, {mask, maskStep},   \
+                                         {srcDst, srcDstStep}, roiSize);                                      \
     }
-#define WEIGHTED(T, name)                                                                                                 \
-    ZelStatus name(const T* src, int srcStep, Zel32f* srcDst, int srcDstStep, ZeliSize roiSize, Zel32f alpha)             \
-    {                                                                                                                     \
-        return accumulate<Weighted>(Frames<T, 1>{{{src, srcStep}}}, {srcDst, srcDstStep}, {srcDst, srcDstStep}, roiSize,  \
-                                    alpha);                                                                               \
+#define WEIGHTED(T, name)                                                                                                \
+    ZelStatus name(const T* src, int srcStep, Zel32f* srcDst, int srcDstStep, ZeliSize roiSize, Zel32f alpha)            \
+    {                                                                                                                    \
+        return accumulate<Weighted>(Frames<T, 1>{{{src, srcStep}}}, {srcDst, srcDstStep}, {srcDst, srcDstStep}, roiSize, \
+                                    alpha);                                                                              \
     }
-#define WEIGHTED_MASKED(T, name)                                                                                          \
-    ZelStatus name(const T* src, int srcStep, const Zel8u* mask, int maskStep, Zel32f* srcDst, int srcDstStep,            \
-                   ZeliSize roiSize, Zel32f alpha)                                                                        \
-    {                                                                                                                     \
-        return accumulateMasked<Weighted>(Frames<T, 1>{{{src, srcStep}}}, {mask, maskStep}, {srcDst, srcDstStep},         \
-                                          roiSize, alpha);                                                                \
+#define WEIGHTED_MASKED(T, name)                                                                                  \
+    ZelStatus name(const T* src, int srcStep, const Zel8u* mask, int maskStep, Zel32f* srcDst, int srcDstStep,    \
+                   ZeliSize roiSize, Zel32f alpha)                                                                \
+    {                                                                                                             \
+        return accumulateMasked<Weighted>(Frames<T, 1>{{{src, srcStep}}}, {mask, maskStep}, {srcDst, srcDstStep}, \
+                                          roiSize, alpha);                                                        \
     }
 
 ONE_FRAME(Sum, Zel8u, zeliAdd_8u32f_C1IR)

@@ -268,53 +268,6 @@ inline Vec<Zel8u> bytesFromBits(Zel32u bits)
 
 // ---- as many elements of any type as there are floats in a vector, widened to float (exact for 8 and 16 bits)
 
-#if defined(__AVX2__)
-inline Vec<Zel32f> loadFloats(const Zel8u* from)
-{
-    return _mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(from))));
-}
-inline Vec<Zel32f> loadFloats(const Zel8s* from)
-{
-    return _mm256_cvtepi32_ps(_mm256_cvtepi8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(from))));
-}
-inline Vec<Zel32f> loadFloats(const Zel16u* from)
-{
-    return _mm256_cvtepi32_ps(_mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))));
-}
-#else
-// Each of the first four bytes in the top of a 32-bit lane, above copies of itself.
-inline __m128i loadBytesToTop(const void* from)
-{
-    std::int32_t four;
-    std::memcpy(&four, from, sizeof four);
-    const __m128i bytes = _mm_cvtsi32_si128(four), pairs = _mm_unpacklo_epi8(bytes, bytes);
-    return _mm_unpacklo_epi16(pairs, pairs);
-}
-inline Vec<Zel32f> loadFloats(const Zel8u* from) { return _mm_cvtepi32_ps(_mm_srli_epi32(loadBytesToTop(from), 24)); }
-inline Vec<Zel32f> loadFloats(const Zel8s* from) { return _mm_cvtepi32_ps(_mm_srai_epi32(loadBytesToTop(from), 24)); }
-inline Vec<Zel32f> loadFloats(const Zel16u* from)
-{
-    const __m128i words = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(from));
-    return _mm_cvtepi32_ps(_mm_unpacklo_epi16(words, _mm_setzero_si128()));
-}
-#endif
-inline Vec<Zel32f> loadFloats(const Zel32f* from) { return load(from); }
-
-// As many mask bytes, each as a lane of all ones where it is not zero.
-inline Vec<Zel32s> loadMask(const Zel8u* from)
-{
-#if defined(__AVX2__)
-    return Vec<Zel32s>(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(from)))) != 0;
-#else
-    return Vec<Zel32s>(loadBytesToTop(from)) != 0;
-#endif
-}
-
-// `value` where the mask is set, +0 elsewhere.
-inline Vec<Zel32f> keep(Vec<Zel32s> mask, Vec<Zel32f> value) { return Vec<Zel32f>(mask & Vec<Zel32s>(value)); }
-
-// ---- running sums, double precision
-
 // As many bytes as there are 32-bit lanes, widened.
 inline Vec<Zel32u> loadWords(const Zel8u* from)
 {
@@ -326,6 +279,43 @@ inline Vec<Zel32u> loadWords(const Zel8u* from)
     return Vec<Zel32u>(_mm_unpacklo_epi16(_mm_unpacklo_epi8(_mm_cvtsi32_si128(four), __m128i{}), __m128i{}));
 #endif
 }
+
+inline Vec<Zel32f> loadFloats(const Zel8u* from) { return toFloat(Vec<Zel32s>(loadWords(from))); }
+#if defined(__AVX2__)
+inline Vec<Zel32f> loadFloats(const Zel8s* from)
+{
+    return _mm256_cvtepi32_ps(_mm256_cvtepi8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(from))));
+}
+inline Vec<Zel32f> loadFloats(const Zel16u* from)
+{
+    return _mm256_cvtepi32_ps(_mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))));
+}
+#else
+inline Vec<Zel32f> loadFloats(const Zel8s* from)
+{
+    std::int32_t four;
+    std::memcpy(&four, from, sizeof four);
+    const __m128i bytes = _mm_cvtsi32_si128(four), pairs = _mm_unpacklo_epi8(bytes, bytes);
+    return _mm_cvtepi32_ps(_mm_srai_epi32(_mm_unpacklo_epi16(pairs, pairs), 24));
+}
+inline Vec<Zel32f> loadFloats(const Zel16u* from)
+{
+    const __m128i words = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(from));
+    return _mm_cvtepi32_ps(_mm_unpacklo_epi16(words, _mm_setzero_si128()));
+}
+#endif
+inline Vec<Zel32f> loadFloats(const Zel32f* from) { return load(from); }
+
+// As many mask bytes, each as a lane of all ones where it is not zero.
+inline Vec<Zel32s> loadMask(const Zel8u* from)
+{
+    return Vec<Zel32s>(loadWords(from)) != 0;
+}
+
+// `value` where the mask is set, +0 elsewhere.
+inline Vec<Zel32f> keep(Vec<Zel32s> mask, Vec<Zel32f> value) { return Vec<Zel32f>(mask & Vec<Zel32s>(value)); }
+
+// ---- running sums, double precision
 
 // Two vectors, one behind the other.
 template <class V>
