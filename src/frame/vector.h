@@ -563,6 +563,38 @@ inline Vec<Zel32u> interleaveHigh(Vec<Zel16u> a, Vec<Zel16u> b)
     return Vec<Zel32u>(interleaveHigh(Vec<Zel16s>(a), Vec<Zel16s>(b)));
 }
 
+// ---- one channel of three
+
+#if !defined(__AVX2__)
+// Of 48 bytes those at 0, 3, 6, ... To interleave the first half with the second one moves byte i to 2i mod 47. Done four
+// times, that is 16i mod 47, which takes 3i to i.
+inline Vec<Zel8u> everyThird(const Zel8u* from)
+{
+    IntRegister a = IntRegister(load(from)), b = IntRegister(load(from + 16)), c = IntRegister(load(from + 32));
+    for (int time = 0; time < 4; ++time) {
+        const IntRegister secondOfB = _mm_unpackhi_epi64(b, b), around = _mm_unpacklo_epi64(secondOfB, c);
+        const IntRegister lowest = _mm_unpacklo_epi8(a, around), middle = _mm_unpackhi_epi8(a, around);
+        c = _mm_unpacklo_epi8(b, _mm_unpackhi_epi64(c, c));
+        a = lowest;
+        b = middle;
+    }
+    return Vec<Zel8u>(a);
+}
+#endif
+
+// to[i] = from[3 * i]
+template <class T>
+void copyEveryThird(T* to, const T* from, int count)
+{
+    int i = 0;
+#if !defined(__AVX2__) // in the wide build the compiler does as well
+    if constexpr (sizeof(T) == 1)
+        for (; i < count - 16; i += 16)
+            store(reinterpret_cast<Zel8u*>(to + i), everyThird(reinterpret_cast<const Zel8u*>(from + std::ptrdiff_t(3) * i)));
+#endif
+    for (; i < count; ++i) to[i] = from[std::ptrdiff_t(3) * i];
+}
+
 // ---- rows side by side: what works within each 16 bytes keeps them apart
 
 constexpr int kRowsInVector = kVectorBytes / 16;

@@ -73,7 +73,8 @@ Run<T, sources, Selection> runAt(const Channel<T, channels, sources>& channel, S
         if constexpr (channels == 1) {
             run.from[s] = from;
         } else {
-            for (int i = 0; i < count; ++i) gathered[s][std::size_t(i)] = from[i * channels];
+            static_assert(channels == 3);
+            copyEveryThird(gathered[s].data(), from, count);
             run.from[s] = gathered[s].data();
         }
     }

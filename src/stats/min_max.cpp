@@ -189,7 +189,7 @@ struct Region {
             T channel[kPart];
             for (int x = 0; x < width; x += kPart) {
                 const int count = std::min(kPart, width - x);
-                for (int i = 0; i < count; ++i) channel[i] = row[std::ptrdiff_t(x + i) * kChannels];
+                copyEveryThird(channel, row + std::ptrdiff_t(x) * 3, count);
                 scan.pixels(channel, kMasked ? m + x : nullptr, count);
             }
         }
