@@ -15,13 +15,14 @@ using namespace zelcv;
 
 namespace {
 
-// ---- what the norm is taken of: |x| of integers, x of 32f; x of `from`, the sources of the member
+// ---- what the norm is taken of: |x| of integers, x of 32f. loaded(s) is an element, or a vector of them, of source s
 
-struct First {
+template <int source>
+struct Source {
     template <class Load>
     static auto size(const Load& loaded)
     {
-        const auto x = loaded(0);
+        const auto x = loaded(source);
         if constexpr (std::is_same_v<decltype(x), const Vec<Zel8s>>)
             return absolute(x);
         else
@@ -30,22 +31,11 @@ struct First {
     template <class Load>
     static int scalar(const Load& loaded)
     {
-        return loaded(0);
+        return loaded(source);
     }
 };
-
-struct Second {
-    template <class Load>
-    static auto size(const Load& loaded)
-    {
-        return First::size([&](int) { return loaded(1); });
-    }
-    template <class Load>
-    static int scalar(const Load& loaded)
-    {
-        return loaded(1);
-    }
-};
+using First = Source<0>;
+using Second = Source<1>;
 
 struct Difference {
     template <class Load>
@@ -64,7 +54,8 @@ struct Difference {
     }
 };
 
-// Calls step(x) for the vectors of a run: the numbers in size where integers, masked.
+// Calls step(part, count, x) for the vectors of a run: the numbers to take the norm of, masked, as `Of` gives them. The vector
+// is part `part` of a block; of its lanes the first `count` are pixels, all where it is more than there are.
 template <class Of, class T, std::size_t sources, class Step>
 ZELCV_INLINE inline void forMasked(const Run<T, sources, MaskBytes>& run, const Step& step)
 {
