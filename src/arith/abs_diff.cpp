@@ -3,7 +3,7 @@
 // 8- and 16-bit results always fit. 32f clears the sign bit of the rounded difference, so that a NaN stays one and zero is +0.
 #include "bands.h"
 #include "checks.h"
-#include "vector.h"
+#include "map_row.h"
 
 #include <algorithm>
 #include <limits>

@@ -9,7 +9,7 @@
 // single precision. The mask multiplies and does not skip: a masked-off NaN or infinity reaches the accumulator, and -0 becomes +0.
 #include "bands.h"
 #include "checks.h"
-#include "vector.h"
+#include "map_row.h"
 
 #include <array>
 #include <tuple>

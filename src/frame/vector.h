@@ -397,6 +397,15 @@ inline Vec<Zel32u> splatLast(Vec<Zel32u> v)
 #endif
 }
 
+// The first and the second half of the elements, widened.
+#if defined(__AVX2__)
+inline Vec<Zel64f> widenLow(Vec<Zel32f> v) { return _mm256_cvtps_pd(_mm256_castps256_ps128(v)); }
+inline Vec<Zel64f> widenHigh(Vec<Zel32f> v) { return _mm256_cvtps_pd(_mm256_extractf128_ps(v, 1)); }
+#else
+inline Vec<Zel64f> widenLow(Vec<Zel32f> v) { return _mm_cvtps_pd(v); }
+inline Vec<Zel64f> widenHigh(Vec<Zel32f> v) { return _mm_cvtps_pd(_mm_movehl_ps(v, v)); }
+#endif
+
 // As many doubles as there are floats in a vector.
 struct Doubles {
     Vec<Zel64f> low, high;
@@ -415,6 +424,7 @@ inline void store(Zel64f* to, Doubles v)
 }
 inline void storePartial(Zel64f* to, Doubles v, int count) { std::memcpy(to, &v, sizeof(*to) * std::size_t(count)); }
 inline Doubles toDoubles(Doubles v) { return v; }
+inline Doubles toDoubles(Vec<Zel32f> v) { return {widenLow(v), widenHigh(v)}; }
 inline Doubles splatDoubles(Zel64f value) { return {splat(value), splat(value)}; }
 
 #if defined(__AVX2__)
@@ -423,17 +433,12 @@ inline Doubles toDoubles(Vec<Zel32s> v)
     return {_mm256_cvtepi32_pd(_mm256_castsi256_si128(__m256i(v))),
             _mm256_cvtepi32_pd(_mm256_extracti128_si256(__m256i(v), 1))};
 }
-inline Doubles toDoubles(Vec<Zel32f> v)
-{
-    return {_mm256_cvtps_pd(_mm256_castps256_ps128(v)), _mm256_cvtps_pd(_mm256_extractf128_ps(v, 1))};
-}
 inline Vec<Zel32f> toFloat(Doubles v) { return _mm256_set_m128(_mm256_cvtpd_ps(v.high), _mm256_cvtpd_ps(v.low)); }
 #else
 inline Doubles toDoubles(Vec<Zel32s> v)
 {
     return {_mm_cvtepi32_pd(__m128i(v)), _mm_cvtepi32_pd(_mm_unpackhi_epi64(__m128i(v), __m128i(v)))};
 }
-inline Doubles toDoubles(Vec<Zel32f> v) { return {_mm_cvtps_pd(v), _mm_cvtps_pd(_mm_movehl_ps(v, v))}; }
 inline Vec<Zel32f> toFloat(Doubles v) { return _mm_movelh_ps(_mm_cvtpd_ps(v.low), _mm_cvtpd_ps(v.high)); }
 #endif
 
@@ -513,16 +518,7 @@ inline Vec<std::uint64_t> sumHalves(Vec<Zel32u> v)
     return (Vec<std::uint64_t>(v) & 0xffffffffu) + (Vec<std::uint64_t>(v) >> 32);
 }
 
-// The first and the second half of the elements, widened.
-#if defined(__AVX2__)
-inline Vec<Zel64f> widenLow(Vec<Zel32f> v) { return _mm256_cvtps_pd(_mm256_castps256_ps128(v)); }
-inline Vec<Zel64f> widenHigh(Vec<Zel32f> v) { return _mm256_cvtps_pd(_mm256_extractf128_ps(v, 1)); }
-#else
-inline Vec<Zel64f> widenLow(Vec<Zel32f> v) { return _mm_cvtps_pd(v); }
-inline Vec<Zel64f> widenHigh(Vec<Zel32f> v) { return _mm_cvtps_pd(_mm_movehl_ps(v, v)); }
-#endif
-
-// The same for lanes of a mask.
+// The first and the second half of the lanes of a mask, widened.
 #if defined(__AVX2__)
 inline Vec<std::int64_t> widenLow(Vec<Zel32s> mask)
 {
@@ -620,65 +616,6 @@ inline Vec<Zel16u> loadWordMaskRows(const Zel8u* const* rows)
     const Vec<Zel8u> bytes = Vec<Zel8u>(eight(0));
 #endif
     return Vec<Zel16u>(Vec<Zel16s>(interleaveLow(bytes, bytes)) != 0);
-}
-
-// ---- rows
-
-// How mapRow reads a source: plain elements, elements widened to float, mask bytes, bytes widened to 32 or 16 bits,
-// doubles, and pairs of such blocks.
-template <class T>
-struct Elements {
-    const T* from;
-    Vec<T> at(int i) const { return load(from + i); }
-};
-template <class T>
-struct AsFloats {
-    const T* from;
-    Vec<Zel32f> at(int i) const { return loadFloats(from + i); }
-};
-struct AsMask {
-    const Zel8u* from;
-    Vec<Zel32s> at(int i) const { return loadMask(from + i); }
-};
-struct AsWords {
-    const Zel8u* from;
-    Vec<Zel32u> at(int i) const { return loadWords(from + i); }
-};
-struct AsShorts {
-    const Zel8u* from;
-    Vec<Zel16u> at(int i) const { return loadShorts(from + i); }
-};
-struct AsDoubles {
-    const Zel64f* from;
-    Doubles at(int i) const { return loadDoubles(from + i); }
-};
-// Two blocks of a reader that takes as many elements as there are 32-bit lanes.
-template <class Reader>
-struct InPairs {
-    decltype(Reader::from) from;
-    auto at(int i) const
-    {
-        const Reader reader = {from};
-        return Pair<decltype(reader.at(0))>{reader.at(i), reader.at(i + kLanes<Zel32u>)};
-    }
-};
-
-// dst[i] = operation(source.at(i)...) for `count` elements, as many at a time as the operation returns. The tail goes through
-// the same operation on padded copies. Exact overlap of dst with a source is allowed: each element is read before it is
-// written. An operation may keep a state from block to block, which by value stays in registers.
-template <class D, class Operation, class... Sources>
-void mapRow(D* dst, int count, Operation operation, Sources... sources)
-{
-    constexpr int kBlock = int(sizeof(operation(sources.at(0)...)) / sizeof(D));
-    int i = 0;
-    for (; i <= count - kBlock; i += kBlock) store(dst + i, operation(sources.at(i)...));
-    if (i == count) return;
-    const auto tail = [i, rest = count - i](auto source) {
-        std::remove_cvref_t<decltype(*source.from)> padded[kBlock] = {};
-        std::memcpy(padded, source.from + i, sizeof(*padded) * std::size_t(rest));
-        return decltype(source){padded}.at(0);
-    };
-    storePartial(dst + i, operation(tail(sources)...), count - i);
 }
 
 } // namespace zelcv

@@ -7,7 +7,7 @@
 //
 // A tilted sum at column `width` counts the last pixel once. Every row depends on the rows above it: one thread.
 #include "checks.h"
-#include "vector.h"
+#include "map_row.h"
 
 #include <algorithm>
 #include <type_traits>

@@ -14,7 +14,7 @@
 // as (column, row), relative to the pixel.
 #include "bands.h"
 #include "checks.h"
-#include "vector.h"
+#include "map_row.h"
 
 #include <cstdint>
 #include <type_traits>
