@@ -17,6 +17,8 @@ void addGradientCommand(CLI::App& program);
 void addDiffCommand(CLI::App& program);
 void addFilterCommand(CLI::App& program);
 void addAverageCommand(CLI::App& program);
+void addStatsCommand(CLI::App& program);
+void addCompareCommand(CLI::App& program);
 void addLocalDeviationCommand(CLI::App& program);
 void addCascadeCommand(CLI::App& program);
 void addInfoCommand(CLI::App& program);
@@ -32,6 +34,29 @@ struct InputAndOutput {
         command.add_option("-o,--output", out, "The PNG file to write")->required()->type_name("FILE");
     }
     Picture read() const { return picture.empty() ? drawScene() : readPicture(picture); }
+};
+
+// Two pictures of one size; without files the program's own scene, and the same moved by one pixel.
+struct TwoPictures {
+    std::string a, b;
+
+    void addTo(CLI::App& command)
+    {
+        command.add_option("A", a, "The first PNG or JPEG file");
+        command.add_option("B", b, "The second one");
+    }
+    // In colour when both are.
+    std::pair<Picture, Picture> read(const std::string& command) const
+    {
+        if (a.empty() != b.empty()) throw UsageError(command + " takes two pictures, or none");
+        Picture first = a.empty() ? drawScene() : readPicture(a);
+        Picture second = a.empty() ? moved(first, 1, 0) : readPicture(b);
+        if (!sameSize(first.size(), second.size()))
+            throw Error("the pictures differ in size: " + a + " is " + sizeText(first.size()) + ", " + b + " is " +
+                        sizeText(second.size()));
+        if (first.channels() == second.channels()) return {std::move(first), std::move(second)};
+        return {toGray(first), toGray(second)};
+    }
 };
 
 // A picture that says which pixels of others count.

@@ -39,6 +39,14 @@ Picture filled(ZeliSize size, Zel8u value)
     return drawn(size, 1, [=](int, int, Zel8u* dst) { *dst = value; });
 }
 
+std::int64_t countMasked(const Picture& mask)
+{
+    std::int64_t count = 0;
+    for (int y = 0; y < mask.size().height; ++y)
+        count += mask.size().width - std::count(mask.row(y), mask.row(y) + mask.size().width, 0);
+    return count;
+}
+
 Picture noisy(const Picture& src, double deviation, unsigned seed)
 {
     std::mt19937 random(seed);

@@ -94,6 +94,9 @@ Picture toColour(const Picture& src);
 // Gray of one value all over.
 Picture filled(ZeliSize size, Zel8u value);
 
+// How many pixels of a mask are not black.
+std::int64_t countMasked(const Picture& mask);
+
 // The picture with noise of a camera in bad light: normal, of that standard deviation, the same for the same seed.
 Picture noisy(const Picture& src, double deviation, unsigned seed);
 

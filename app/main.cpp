@@ -27,6 +27,8 @@ int main(int argc, char** argv)
     app::addDiffCommand(program);
     app::addFilterCommand(program);
     app::addAverageCommand(program);
+    app::addStatsCommand(program);
+    app::addCompareCommand(program);
     app::addLocalDeviationCommand(program);
     app::addCascadeCommand(program);
     app::addGalleryCommand(program);

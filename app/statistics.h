@@ -27,4 +27,24 @@ inline Image<Zel32f> windowDeviation(Calls& calls, const IntegralPair& integral,
     return dst;
 }
 
+// Calls the form for gray pictures, or the one for a channel of three, 1..3. The masked forms take `images` with a mask at
+// their end.
+template <class Gray, class Colour, class... Images, class... Results>
+void onChannel(Calls& calls, Function<Gray> gray, Function<Colour> colour, int channel, const std::tuple<Images...>& images,
+               Results... results)
+{
+    const Picture& src = std::get<0>(images);
+    const auto run = [&](auto function, auto... more) {
+        std::apply([&](const auto&... image) { callWith(calls, function, image..., src.size(), more..., results...); }, images);
+    };
+    if (src.channels() == 3)
+        run(colour, channel);
+    else
+        run(gray);
+}
+
+struct Norms {
+    double inf = 0, l1 = 0, l2 = 0;
+};
+
 } // namespace app
