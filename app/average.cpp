@@ -106,7 +106,7 @@ void addAverageCommand(CLI::App& program)
         command
             ->add_option("--weight", options->weight,
                          "A running mean: each picture after the first takes this share of it, and what came before the rest")
-            ->check(CLI::Range(0.0, 1.0))
+            ->check(within(0, 1))
             ->type_name("ALPHA");
     options->mask.addTo(*command);
     command->callback([=] { run(*options); });

@@ -1,7 +1,7 @@
 // zelcv cascade: windows of all sizes that pass the stages of a cascade.
 #include "cascade_file.h"
 #include "commands.h"
-#include "statistics.h"
+#include "integral.h"
 
 #include <cstdio>
 
@@ -170,7 +170,7 @@ void addCascadeCommand(CLI::App& program)
         ->add_option("--scale", options->scale,
                      "From one size to the next the picture shrinks by this factor; the smallest things found are as large "
                      "as the cascade's window")
-        ->check(CLI::Range(1.01, 10.0))
+        ->check(within(1.01, 10))
         ->capture_default_str();
     command->add_option("--hits", options->hits, "So many similar windows must pass for something to be found")
         ->check(CLI::PositiveNumber)

@@ -8,6 +8,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cstdlib>
 #include <memory>
 
 namespace app {
@@ -23,6 +24,15 @@ void addLocalDeviationCommand(CLI::App& program);
 void addCascadeCommand(CLI::App& program);
 void addInfoCommand(CLI::App& program);
 void addGalleryCommand(CLI::App& program);
+
+// A check of an option's number. CLI::Range alone lets a NaN through.
+inline CLI::Validator within(double low, double high)
+{
+    const auto complain = [](const std::string& text) {
+        return std::isnan(std::strtod(text.c_str(), nullptr)) ? "Value " + text + " is not a number" : std::string();
+    };
+    return CLI::Range(low, high) & CLI::Validator(complain, "");
+}
 
 // What most commands take: a picture, or none for the program's own scene, and the file to write.
 struct InputAndOutput {
@@ -70,13 +80,14 @@ struct MaskOption {
     }
     bool given() const { return !file.empty(); }
 
-    // Without a file all pixels count.
+    // Without a file all pixels count. Throws where none does.
     Picture read(ZeliSize size) const
     {
         if (!given()) return filled(size, 255);
         Picture mask = toGray(readPicture(file));
         if (!sameSize(mask.size(), size))
             throw Error("the mask " + file + " is " + sizeText(mask.size()) + ", not " + sizeText(size));
+        if (countMasked(mask) == 0) throw Error("the mask " + file + " is black all over");
         return mask;
     }
 };

@@ -45,7 +45,6 @@ void run(const Options& options)
     const auto [a, b] = options.pictures.read("compare");
     const Picture mask = options.mask.read(a.size());
     const double pixels = double(countMasked(mask));
-    if (pixels == 0) throw Error("the mask " + options.mask.file + " is black all over");
 
     Calls calls;
     std::vector<Comparison> list;
@@ -60,14 +59,19 @@ void run(const Options& options)
         writePng(options.out, difference);
     }
 
-    const char* const names[] = {a.channels() == 3 ? "red" : "gray", "green", "blue"};
+    // Relative to a black picture a difference is infinite, and the difference of two is nothing at all.
+    const auto ratio = [](double value) {
+        char text[32] = "-";
+        if (!std::isnan(value)) std::snprintf(text, sizeof text, "%.6g", value);
+        return std::string(text);
+    };
     std::printf("%-8s %6s %12s %12s %12s %12s %12s %10s\n", "channel", "Inf", "L1", "L2", "rel. Inf", "rel. L1", "rel. L2",
                 "PSNR dB");
     for (std::size_t i = 0; i < list.size(); ++i) {
         const auto& [difference, relative] = list[i];
         const double psnr = 20 * std::log10(255 * std::sqrt(pixels) / difference.l2);
-        std::printf("%-8s %6g %12.8g %12.8g %12.6g %12.6g %12.6g %10.5g\n", names[i], difference.inf, difference.l1,
-                    difference.l2, relative.inf, relative.l1, relative.l2, psnr);
+        std::printf("%-8s %6g %12.8g %12.8g %12s %12s %12s %10.5g\n", channelName(a, int(i) + 1), difference.inf, difference.l1,
+                    difference.l2, ratio(relative.inf).c_str(), ratio(relative.l1).c_str(), ratio(relative.l2).c_str(), psnr);
     }
 }
 

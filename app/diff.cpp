@@ -30,7 +30,7 @@ void addDiffCommand(CLI::App& program)
     options->pictures.addTo(*command);
     command->add_option("-o,--output", options->out, "The PNG file to write")->required()->type_name("FILE");
     command->add_option("--gain", options->gain, "Multiply the differences, so that small ones are seen")
-        ->check(CLI::Range(0.0, 1e6))
+        ->check(within(0, 1e6))
         ->capture_default_str();
     command->callback([=] { run(*options); });
 }

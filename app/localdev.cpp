@@ -1,6 +1,6 @@
 // zelcv localdev: how much the brightness varies around each pixel.
 #include "commands.h"
-#include "statistics.h"
+#include "integral.h"
 
 #include <cstdio>
 

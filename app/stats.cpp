@@ -15,6 +15,21 @@ struct Options {
     bool json = false;
 };
 
+// The library works on one thread as long as this lives.
+class OnOneThread {
+public:
+    OnOneThread()
+    {
+        zelGetNumThreads(&before_);
+        zelSetNumThreads(1);
+    }
+    ~OnOneThread() { zelSetNumThreads(before_); }
+    OnOneThread(const OnOneThread&) = delete;
+
+private:
+    Zel32s before_ = 1;
+};
+
 struct Extremum {
     Zel32f value = 0;
     ZeliPoint place = {0, 0};
@@ -34,6 +49,8 @@ Statistics statistics(Calls& calls, const Picture& src, const Picture* mask, int
     if (mask) {
         onChannel(calls, ZELCV_FUNCTION(zeliMean_StdDev_8u_C1MR), ZELCV_FUNCTION(zeliMean_StdDev_8u_C3CMR), channel, masked,
                   &s.mean, &s.deviation);
+        // Several threads would count a band without a masked pixel as a 0.
+        const OnOneThread guard;
         onChannel(calls, ZELCV_FUNCTION(zeliMinMaxIndx_8u_C1MR), ZELCV_FUNCTION(zeliMinMaxIndx_8u_C3CMR), channel, masked,
                   &s.least.value, &s.greatest.value, &s.least.place, &s.greatest.place);
     } else {
@@ -94,21 +111,17 @@ void printJson(ZeliSize size, std::int64_t pixels, const std::vector<std::pair<c
 
 void run(const Options& options)
 {
-    // On one thread: the library's masked extrema count a band without a masked pixel as a value 0.
-    zelSetNumThreads(1);
     const Picture src = options.picture.empty() ? drawScene() : readPicture(options.picture);
     if (options.channel > src.channels())
         throw Error("there is no channel " + std::to_string(options.channel) + " in a gray picture");
     const Picture mask = options.mask.read(src.size());
     const std::int64_t pixels = countMasked(mask);
-    if (pixels == 0) throw Error("the mask " + options.mask.file + " is black all over");
 
     Calls calls;
     std::vector<std::pair<const char*, Statistics>> list;
-    const char* const names[] = {src.channels() == 3 ? "red" : "gray", "green", "blue"};
     for (int channel = 1; channel <= src.channels(); ++channel)
         if (options.channel == 0 || options.channel == channel)
-            list.push_back({names[channel - 1],
+            list.push_back({channelName(src, channel),
                             statistics(calls, src, options.mask.given() ? &mask : nullptr, channel)});
     if (options.json)
         printJson(src.size(), pixels, list);
