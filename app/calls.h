@@ -81,6 +81,11 @@ std::tuple<const T*, int> asArguments(const Image<T>& image)
     return {image.view().data, image.step()};
 }
 template <class T>
+std::tuple<T*, int> asArguments(const View<T>& view)
+{
+    return {view.data, view.step};
+}
+template <class T>
 std::tuple<T> asArguments(const T& value)
 {
     return {value};
@@ -90,6 +95,12 @@ void callWith(Calls& calls, Function<F> function, Arguments&&... arguments)
 {
     std::apply([&](auto... a) { calls(function, a...); }, std::tuple_cat(asArguments(arguments)...));
 }
+
+// The type of the pixels that a function reads.
+template <class T, class... Rest>
+T sourceType(Function<ZelStatus(const T*, Rest...)>);
+template <class F>
+using SourceOf = decltype(sourceType(std::declval<F>()));
 
 // An argument that only some members of a family have: a tuple of it, or an empty one.
 template <bool Present, class T>

@@ -10,7 +10,7 @@ namespace app {
 namespace {
 
 constexpr std::size_t kMostHits = 100000;
-constexpr Zel8u kFrame[] = {60, 255, 80};
+constexpr Paint kFrame = {60, 255, 80};
 
 struct Options {
     InputAndOutput files;
@@ -79,7 +79,7 @@ std::vector<Box> search(const Picture& gray, const Cascade& cascade, double fact
     for (double scale = 1;; scale *= factor) {
         const ZeliSize size{int(gray.size().width / scale), int(gray.size().height / scale)};
         if (size.width < cascade.window.width || size.height < cascade.window.height) return hits;
-        const IntegralPair integral(calls, resized(gray, size));
+        const IntegralPair integral = integralPair(calls, resized(gray, size));
         const Image<Zel32f> deviation = windowDeviation(calls, integral, cascade.window);
         Picture mask = mapElements<Zel8u>(deviation, [&](Zel32f value) { return value >= cascade.contrast ? 255 : 0; });
         for (const Classifier& stage : stages)
@@ -128,26 +128,17 @@ std::vector<Group> merge(const std::vector<Box>& hits, int fewest)
     return kept;
 }
 
-void drawFrame(Picture& picture, const Box& box)
-{
-    const ZeliSize size = picture.size();
-    const int thickness = std::max(2, std::min(size.width, size.height) / 250);
-    const int left = std::max(0, int(std::lround(box.x))), top = std::max(0, int(std::lround(box.y)));
-    const int right = std::min(size.width, int(std::lround(box.x + box.width)));
-    const int bottom = std::min(size.height, int(std::lround(box.y + box.height)));
-    for (int y = top; y < bottom; ++y)
-        for (int x = left; x < right; ++x)
-            if (std::min({x - left, y - top, right - 1 - x, bottom - 1 - y}) < thickness)
-                std::copy_n(kFrame, 3, picture.row(y) + 3 * x);
-}
-
 void run(const Options& options)
 {
     const Cascade cascade = readCascade(options.stages);
     const Picture picture = options.files.read();
     const std::vector<Group> found = merge(search(toGray(picture), cascade, options.scale), options.hits);
     Picture marked = toColour(picture);
-    for (const Group& group : found) drawFrame(marked, group.box);
+    for (const auto& [box, hits] : found) {
+        const auto pixel = [](double place) { return int(std::lround(place)); };
+        const int x = pixel(box.x), y = pixel(box.y);
+        drawFrame(marked, {x, y, pixel(box.x + box.width) - x, pixel(box.y + box.height) - y}, kFrame);
+    }
     writePng(options.files.out, marked);
     std::printf("%6s %6s %6s %6s %6s\n", "x", "y", "width", "height", "hits");
     for (const auto& [box, hits] : found)

@@ -32,14 +32,6 @@ Comparison compare(Calls& calls, const Picture& a, const Picture& b, const Pictu
     return c;
 }
 
-void blacken(Picture& picture, const Picture& mask)
-{
-    const int channels = picture.channels();
-    for (int y = 0; y < picture.size().height; ++y)
-        for (int x = 0; x < picture.size().width; ++x)
-            if (mask.row(y)[x] == 0) std::fill_n(picture.row(y) + x * channels, channels, Zel8u(0));
-}
-
 void run(const Options& options)
 {
     const auto [a, b] = options.pictures.read("compare");
@@ -55,23 +47,20 @@ void run(const Options& options)
     }
     if (!options.out.empty()) {
         Picture difference = brightness(pictureDifference(calls, a, b), largest > 0 ? 255 / largest : 1);
-        blacken(difference, mask);
+        dimOutside(difference, mask, 0);
         writePng(options.out, difference);
     }
 
     // Relative to a black picture a difference is infinite, and the difference of two is nothing at all.
-    const auto ratio = [](double value) {
-        char text[32] = "-";
-        if (!std::isnan(value)) std::snprintf(text, sizeof text, "%.6g", value);
-        return std::string(text);
-    };
+    const auto ratio = [](double value) { return std::isnan(value) ? "-" : numberText(value); };
     std::printf("%-8s %6s %12s %12s %12s %12s %12s %10s\n", "channel", "Inf", "L1", "L2", "rel. Inf", "rel. L1", "rel. L2",
                 "PSNR dB");
     for (std::size_t i = 0; i < list.size(); ++i) {
         const auto& [difference, relative] = list[i];
         const double psnr = 20 * std::log10(255 * std::sqrt(pixels) / difference.l2);
-        std::printf("%-8s %6g %12.8g %12.8g %12s %12s %12s %10.5g\n", channelName(a, int(i) + 1), difference.inf, difference.l1,
-                    difference.l2, ratio(relative.inf).c_str(), ratio(relative.l1).c_str(), ratio(relative.l2).c_str(), psnr);
+        std::printf("%-8s %6g %12.8g %12.8g %12s %12s %12s %10.5g\n", channelName(a, int(i) + 1), difference.inf,
+                    difference.l1, difference.l2, ratio(relative.inf).c_str(), ratio(relative.l1).c_str(),
+                    ratio(relative.l2).c_str(), psnr);
     }
 }
 

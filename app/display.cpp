@@ -1,10 +1,13 @@
 #include "display.h"
 
+#include <cstdio>
 #include <random>
 
 namespace app {
 
 namespace {
+
+constexpr Zel8u kGapShade = 236; // between pictures
 
 // Makes a picture pixel by pixel; `pixel` writes the channels of one.
 template <class F>
@@ -18,9 +21,16 @@ Picture drawn(ZeliSize size, int channels, F pixel)
 
 } // namespace
 
+std::string numberText(double value, int digits)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%.*g", digits, value);
+    return text;
+}
+
 Picture toGray(const Picture& src)
 {
-    if (src.channels() == 1) return cut(src, {0, 0, src.size().width, src.size().height});
+    if (src.channels() == 1) return copyOf(src);
     return drawn(src.size(), 1, [&](int x, int y, Zel8u* dst) {
         const Zel8u* p = src.row(y) + 3 * x;
         *dst = Zel8u((77 * p[0] + 150 * p[1] + 29 * p[2] + 128) >> 8); // the usual weights of red, green and blue in 1/256
@@ -37,6 +47,22 @@ Picture toColour(const Picture& src)
 Picture filled(ZeliSize size, Zel8u value)
 {
     return drawn(size, 1, [=](int, int, Zel8u* dst) { *dst = value; });
+}
+
+Picture ellipse(ZeliSize size)
+{
+    return drawn(size, 1, [=](int x, int y, Zel8u* dst) {
+        const auto fromMiddle = [](int place, int length) { return (place + 0.5 - length / 2.0) / (0.4 * length); };
+        *dst = std::hypot(fromMiddle(x, size.width), fromMiddle(y, size.height)) < 1 ? 255 : 0;
+    });
+}
+
+void dimOutside(Picture& picture, const Picture& mask, double gain)
+{
+    const int channels = picture.channels();
+    for (int y = 0; y < mask.size().height; ++y)
+        for (int i = 0; i < picture.view().elements(); ++i)
+            if (mask.row(y)[i / channels] == 0) picture.row(y)[i] = toByte(gain * picture.row(y)[i]);
 }
 
 std::int64_t countMasked(const Picture& mask)
@@ -110,16 +136,43 @@ Picture resized(const Picture& src, ZeliSize size)
 Picture sideBySide(std::initializer_list<const Picture*> pictures)
 {
     constexpr int gap = 6;
-    constexpr Zel8u gapShade = 236;
     ZeliSize size = {-gap, 0};
     for (const Picture* picture : pictures) size = {size.width + gap + picture->size().width, picture->size().height};
     Picture dst(size, 1);
     for (int y = 0; y < size.height; ++y) {
-        std::fill_n(dst.row(y), size.width, gapShade);
+        std::fill_n(dst.row(y), size.width, kGapShade);
         Zel8u* place = dst.row(y);
         for (const Picture* picture : pictures) place = std::copy_n(picture->row(y), picture->size().width, place) + gap;
     }
     return dst;
+}
+
+Picture strips(const std::vector<Picture>& pictures)
+{
+    const auto begin = [&](std::size_t strip) {
+        return int(strip * std::size_t(pictures[0].size().width) / pictures.size());
+    };
+    const int channels = pictures[0].channels();
+    Picture dst(pictures[0].size(), channels);
+    for (std::size_t strip = 0; strip < pictures.size(); ++strip)
+        for (int y = 0; y < dst.size().height; ++y) {
+            const int first = begin(strip) * channels, last = begin(strip + 1) * channels;
+            std::copy(pictures[strip].row(y) + first, pictures[strip].row(y) + last, dst.row(y) + first);
+            if (strip > 0 && dst.size().width > 100) std::fill_n(dst.row(y) + first, channels, kGapShade);
+        }
+    return dst;
+}
+
+void drawFrame(Picture& picture, ZeliRect rect, Paint paint)
+{
+    const ZeliSize size = picture.size();
+    const int thickness = std::max(2, std::min(size.width, size.height) / 250);
+    const int left = std::max(0, rect.x), right = std::min(size.width, rect.x + rect.width);
+    const int top = std::max(0, rect.y), bottom = std::min(size.height, rect.y + rect.height);
+    for (int y = top; y < bottom; ++y)
+        for (int x = left; x < right; ++x)
+            if (std::min({x - left, y - top, right - 1 - x, bottom - 1 - y}) < thickness)
+                std::copy(paint.begin(), paint.end(), picture.row(y) + 3 * x);
 }
 
 Picture shrunk(const Picture& src, int factor)
@@ -136,6 +189,8 @@ Picture shrunk(const Picture& src, int factor)
                      }
                  });
 }
+
+Picture copyOf(const Picture& src) { return cut(src, {0, 0, src.size().width, src.size().height}); }
 
 ZeliRect middle(ZeliSize whole, ZeliSize size)
 {

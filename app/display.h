@@ -4,8 +4,10 @@
 #include "image.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <initializer_list>
+#include <tuple>
 #include <vector>
 
 namespace app {
@@ -31,6 +33,18 @@ template <class T>
 Image<T> convert(const Picture& src)
 {
     return mapElements<T>(src, [](Zel8u value) { return T(value); });
+}
+
+// The range of a type that black to white is spread over: from `black`, `unit` for each gray level.
+template <class T>
+constexpr double kBlack = std::is_same_v<T, Zel8s> ? -128 : 0;
+template <class T>
+constexpr double kUnit = std::is_same_v<T, Zel16u> ? 257 : std::is_same_v<T, Zel32f> ? 1 / 255.0 : 1;
+
+template <class T>
+Image<T> inRangeOf(const Picture& src)
+{
+    return mapElements<T>(src, [](Zel8u value) { return T(kBlack<T> + kUnit<T> * value); });
 }
 
 // Brightness times `gain`.
@@ -88,11 +102,20 @@ Image<Zel32f> gradientStrength(const Image<T>& dx, const Image<T>& dy)
     return dst;
 }
 
+// So many significant digits.
+std::string numberText(double value, int digits = 6);
+
 Picture toGray(const Picture& src);
 Picture toColour(const Picture& src);
 
 // Gray of one value all over.
 Picture filled(ZeliSize size, Zel8u value);
+
+// A mask: white in an ellipse in the middle, black around it.
+Picture ellipse(ZeliSize size);
+
+// Multiplies what a mask leaves out by `gain`.
+void dimOutside(Picture& picture, const Picture& mask, double gain);
 
 // How many pixels of a mask are not black.
 std::int64_t countMasked(const Picture& mask);
@@ -112,8 +135,26 @@ Picture resized(const Picture& src, ZeliSize size);
 // Gray pictures of one height beside each other, with a thin light gap between.
 Picture sideBySide(std::initializer_list<const Picture*> pictures);
 
+// One picture of several of the same size: a strip of each from left to right, with thin light lines between.
+Picture strips(const std::vector<Picture>& pictures);
+
+// The same of what `draw` makes with each function of a tuple.
+template <class... Functions, class Draw>
+Picture inStrips(const std::tuple<Functions...>& functions, Draw draw)
+{
+    std::vector<Picture> pictures;
+    std::apply([&](const auto&... function) { (pictures.push_back(draw(function)), ...); }, functions);
+    return strips(pictures);
+}
+
+// Draws a frame into a colour picture; what lies outside of the picture is left out.
+using Paint = std::array<Zel8u, 3>;
+void drawFrame(Picture& picture, ZeliRect rect, Paint paint);
+
 // The average of each factor x factor pixels; what is left over on the right and at the bottom is dropped.
 Picture shrunk(const Picture& src, int factor);
+
+Picture copyOf(const Picture& src);
 
 // A copy of the middle of a picture, not larger than `size`; the rectangle of it.
 ZeliRect middle(ZeliSize whole, ZeliSize size);

@@ -42,13 +42,15 @@ Drawn drawFigure(const Figure& figure, const std::string& id, const fs::path& fo
     std::vector<double> totals;
     for (int run = 0; run < kRuns; ++run) {
         Calls calls;
-        if (figure.plot) {
-            drawn.numbers = figure.plot(calls);
-        } else {
-            const Picture picture = figure.draw(calls);
-            drawn.size = picture.size();
-            drawn.file = id + ".png";
-            if (run == 0) writePng((folder / drawn.file).string(), picture);
+        const Content content = figure.make(calls);
+        if (run == 0) {
+            drawn.table = content.table;
+            drawn.plot = content.plot;
+            if (content.picture) {
+                drawn.size = content.picture->size();
+                drawn.file = id + ".png";
+                writePng((folder / drawn.file).string(), *content.picture);
+            }
         }
         totals.push_back(0);
         const auto area = [](ZeliSize size) { return std::int64_t(size.width) * size.height; };

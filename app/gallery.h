@@ -5,25 +5,45 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace app {
 
-// A picture to make, or a plot of some numbers.
+// Numbers in rows and columns.
+struct Table {
+    struct Row {
+        std::string name;
+        std::vector<std::string> cells;
+    };
+    std::vector<std::string> columns; // their headings
+    std::vector<Row> rows;
+};
+
+// What a figure shows: a plot of some numbers, or a picture, a table or both.
+struct Content {
+    std::optional<Picture> picture;
+    Table table;
+    std::vector<double> plot;
+
+    Content() = default;
+    Content(Picture made) : picture(std::move(made)) {}
+};
+
+enum class Width { column, two, whole };
 struct Figure {
     std::string title, sentence;
-    std::function<Picture(Calls&)> draw = {};
-    std::function<std::vector<double>(Calls&)> plot = {}; // instead of draw
-    bool large = false;                                   // shown over the whole width
+    std::function<Content(Calls&)> make;
+    Width width;
 };
 struct Section {
     std::string id, title, introduction;
     std::vector<Figure> figures;
 
-    void add(std::string name, std::string sentence, std::function<Picture(Calls&)> draw)
+    void add(std::string name, std::string sentence, std::function<Content(Calls&)> make, Width width = Width::column)
     {
-        figures.push_back({std::move(name), std::move(sentence), std::move(draw)});
+        figures.push_back({std::move(name), std::move(sentence), std::move(make), width});
     }
 };
 
@@ -33,11 +53,18 @@ struct Source {
 };
 std::vector<Section> planFigures(const Source& source);
 
+// Sections of it that stand in files of their own.
+Section sequencesSection(const Source& source);
+Section statisticsSection(const Source& source);
+Section integralsSection(const Source& source);
+Section haarSection(const Source& source);
+
 // A figure after a few runs: times are medians.
 struct Drawn {
-    std::string file;            // of the picture, below the page's folder
-    ZeliSize size = {0, 0};      // of that picture
-    std::vector<double> numbers; // of a plot
+    std::string file;       // of the picture, below the page's folder
+    ZeliSize size = {0, 0}; // of that picture
+    Table table;
+    std::vector<double> plot;
     std::vector<std::string> functions;
     ZeliSize worked = {0, 0}; // the region that the functions worked on
     double nanoseconds = 0;   // of all of them together, without those that only size memory

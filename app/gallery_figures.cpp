@@ -15,18 +15,10 @@ const Taps kBinomial7 = {1, 6, 15, 20, 15, 6, 1};
 
 Picture detail(const Picture& picture) { return cut(picture, middle(picture.size(), kDetail)); }
 
-std::string number(double value)
-{
-    char text[32];
-    std::snprintf(text, sizeof text, "%g", value);
-    return text;
-}
-
 Section pictureSection(const Source& source)
 {
     Section section{"picture", "The picture", "", {}};
-    section.add("As it is", "", [&](Calls&) { return toColour(source.colour); });
-    section.figures.back().large = true;
+    section.add("As it is", "", [&](Calls&) { return toColour(source.colour); }, Width::whole);
     return section;
 }
 
@@ -62,7 +54,7 @@ Section edgesSection(const Source& source)
     for (const Row& row : rows)
         section.add(row.title,
                     std::string(row.scharr ? "Scharr" : "Sobel") + (row.mask == zeliMask5x5 ? " 5 by 5" : " 3 by 3") +
-                        ", thresholds " + number(row.low) + " and " + number(row.high) + ".",
+                        ", thresholds " + numberText(row.low) + " and " + numberText(row.high) + ".",
                     [&source, row](Calls& calls) {
                         const auto [dx, dy] = gradientFamilies(row.scharr);
                         const DerivativeOptions options{.mask = row.mask};
@@ -289,11 +281,12 @@ Section generatedSection(const Source& source)
                     {}};
     constexpr int shortKernel = 9, longKernel = 33, applied = 15;
     const auto add = [&]<class T>(T, int size, int order, const char* type) {
-        section.add("Order " + std::to_string(order) + ", " + std::to_string(size) + " taps, " + type, "", {});
-        section.figures.back().plot = [=](Calls& calls) {
+        section.add("Order " + std::to_string(order) + ", " + std::to_string(size) + " taps, " + type, "", [=](Calls& calls) {
             const std::vector<T> taps = sobelTaps<T>(calls, size, order);
-            return std::vector<double>(taps.begin(), taps.end());
-        };
+            Content content;
+            content.plot.assign(taps.begin(), taps.end());
+            return content;
+        });
     };
     for (int order = 0; order <= 4; ++order) add(Zel16s(), shortKernel, order, "16s");
     for (int order = 0; order <= 4; ++order) add(Zel32f(), longKernel, order, "32f");
@@ -327,12 +320,6 @@ Section generatedSection(const Source& source)
 Section differencesSection(const Source& source)
 {
     Section section{"differences", "Absolute difference", "How far two pictures are apart, pixel by pixel.", {}};
-    const auto toShort = [](const Picture& picture) {
-        return mapElements<Zel16u>(picture, [](Zel8u value) { return Zel16u(257 * value); });
-    };
-    const auto toUnit = [](const Picture& picture) {
-        return mapElements<Zel32f>(picture, [](Zel8u value) { return value / 255.0f; });
-    };
     section.add("Moved picture", "The gray picture and the same moved by 3 pixels to the right and 2 down.",
                 [&](Calls& calls) { return pictureDifference(calls, source.gray, moved(source.gray, 3, 2)); });
     section.add("Moved picture in colour", "The same with three channels.",
@@ -345,22 +332,23 @@ Section differencesSection(const Source& source)
     section.add(
         "What a blur takes away, 16u", "The gray picture and its mean of 9 by 9, in 16 bits; shown three times as bright.",
         [=, &source](Calls& calls) {
-            return brightness(absDiff(calls, ZELCV_FUNCTION(zeliAbsDiff_16u_C1R), toShort(source.gray), toShort(blurred())),
-                              3 / 257.0);
+            const auto a = inRangeOf<Zel16u>(source.gray), b = inRangeOf<Zel16u>(blurred());
+            return brightness(absDiff(calls, ZELCV_FUNCTION(zeliAbsDiff_16u_C1R), a, b), 3 / kUnit<Zel16u>);
         });
     section.add("What a blur takes away, 32f", "The same in single precision.", [=, &source](Calls& calls) {
-        return brightness(absDiff(calls, ZELCV_FUNCTION(zeliAbsDiff_32f_C1R), toUnit(source.gray), toUnit(blurred())),
-                          3 * 255);
+        const auto a = inRangeOf<Zel32f>(source.gray), b = inRangeOf<Zel32f>(blurred());
+        return brightness(absDiff(calls, ZELCV_FUNCTION(zeliAbsDiff_32f_C1R), a, b), 3 / kUnit<Zel32f>);
     });
     section.add(
         "Distance from middle gray", "The gray picture and the constant 128; shown twice as bright.",
         [&](Calls& calls) { return brightness(absDiffC(calls, ZELCV_FUNCTION(zeliAbsDiffC_8u_C1R), source.gray, 128), 2); });
-    section.add(
-        "Distance from black, 16u", "16-bit pixels and the constant 0: the picture itself.", [=, &source](Calls& calls) {
-            return brightness(absDiffC(calls, ZELCV_FUNCTION(zeliAbsDiffC_16u_C1R), toShort(source.gray), 0), 1 / 257.0);
-        });
-    section.add("Distance from white, 32f", "Single precision and the constant 1: the negative.", [=, &source](Calls& calls) {
-        return brightness(absDiffC(calls, ZELCV_FUNCTION(zeliAbsDiffC_32f_C1R), toUnit(source.gray), 1.0f), 255);
+    section.add("Distance from black, 16u", "16-bit pixels and the constant 0: the picture itself.", [&](Calls& calls) {
+        const auto src = inRangeOf<Zel16u>(source.gray);
+        return brightness(absDiffC(calls, ZELCV_FUNCTION(zeliAbsDiffC_16u_C1R), src, 0), 1 / kUnit<Zel16u>);
+    });
+    section.add("Distance from white, 32f", "Single precision and the constant 1: the negative.", [&](Calls& calls) {
+        const auto src = inRangeOf<Zel32f>(source.gray);
+        return brightness(absDiffC(calls, ZELCV_FUNCTION(zeliAbsDiffC_32f_C1R), src, 1.0f), 1 / kUnit<Zel32f>);
     });
     return section;
 }
@@ -369,9 +357,10 @@ Section differencesSection(const Source& source)
 
 std::vector<Section> planFigures(const Source& source)
 {
-    return {pictureSection(source),     edgesSection(source),   derivativesSection(source),
-            kernelsSection(source),     bordersSection(source), generatedSection(source),
-            differencesSection(source), typesSection(source),   pipelinesSection(source)};
+    return {pictureSection(source),    edgesSection(source),     derivativesSection(source), kernelsSection(source),
+            bordersSection(source),    generatedSection(source), differencesSection(source), sequencesSection(source),
+            statisticsSection(source), integralsSection(source), haarSection(source),        typesSection(source),
+            pipelinesSection(source)};
 }
 
 } // namespace app

@@ -32,11 +32,12 @@ nav ul { display: flex; flex-wrap: wrap; gap: .4rem; padding: 0; margin: 1.2rem 
 nav a { display: block; padding: .3rem .8rem; border: 1px solid var(--line); border-radius: 2rem; background: var(--card);
   color: var(--ink); text-decoration: none; font-size: .9rem; }
 nav a:hover { border-color: var(--mark); color: var(--mark); }
-.grid { display: grid; gap: 1.2rem; margin-top: 1.1rem;
+.grid { display: grid; grid-auto-flow: dense; gap: 1.2rem; margin-top: 1.1rem;
   grid-template-columns: repeat(auto-fill, minmax(min(100%, 19rem), 1fr)); }
 figure { margin: 0; background: var(--card); border: 1px solid var(--line); border-radius: .7rem; overflow: hidden; }
 figure:target { border-color: var(--mark); box-shadow: 0 0 0 2px var(--mark); }
-figure.large { grid-column: 1 / -1; max-width: 48rem; }
+figure.whole { grid-column: 1 / -1; max-width: 48rem; }
+@media (min-width: 46rem) { figure.two { grid-column: span 2; } }
 figure img, figure svg { display: block; width: 100%; height: auto; }
 figure img.small { image-rendering: pixelated; }
 svg rect { fill: var(--mark); }
@@ -44,13 +45,19 @@ svg line { stroke: var(--faint); stroke-width: .5; }
 figcaption { padding: .7rem .9rem .9rem; font-size: .9rem; }
 code { font: .8rem/1.4 ui-monospace, monospace; overflow-wrap: anywhere; }
 figcaption code { display: block; }
+.functions { columns: 16rem; }
 figcaption .time { color: var(--ink); font-variant-numeric: tabular-nums; }
-.scroll { overflow-x: auto; border: 1px solid var(--line); border-radius: .7rem; background: var(--card); margin-top: 1rem; }
+.scroll { overflow-x: auto; }
+section > .scroll, details > .scroll { border: 1px solid var(--line); border-radius: .7rem; background: var(--card);
+  margin-top: 1rem; }
 table { border-collapse: collapse; width: 100%; font-size: .9rem; font-variant-numeric: tabular-nums; }
 th, td { padding: .35rem .9rem; text-align: right; white-space: nowrap; border-top: 1px solid var(--line); }
 th { border-top: 0; font-weight: 600; color: var(--faint); }
 th:first-child, td:first-child { text-align: left; }
 td a { text-decoration: none; }
+figure table { font-size: .82rem; }
+figure th, figure td { padding: .2rem .9rem .2rem 0; }
+figure th:first-child, figure td:first-child { padding-left: .9rem; }
 summary { cursor: pointer; margin-top: 1.5rem; }
 footer { padding-top: 2rem; padding-bottom: 3rem; font-size: .9rem; }
 )";
@@ -123,20 +130,37 @@ std::string tapList(const std::vector<double>& values)
     return text;
 }
 
+std::string tableHtml(const Table& table)
+{
+    std::string html = "<div class=\"scroll\"><table>\n<tr><th></th>";
+    for (const std::string& column : table.columns) html += "<th>" + escaped(column) + "</th>";
+    html += "</tr>\n";
+    for (const Table::Row& row : table.rows) {
+        html += "<tr><td>" + escaped(row.name) + "</td>";
+        for (const std::string& cell : row.cells) html += "<td>" + escaped(cell) + "</td>";
+        html += "</tr>\n";
+    }
+    return html + "</table></div>\n";
+}
+
 std::string figureHtml(const Figure& figure, const Drawn& drawn, const std::string& id)
 {
-    std::string html = "<figure id=\"" + id + "\"" + (figure.large ? " class=\"large\"" : "") + ">\n";
-    if (figure.plot)
-        html += barPlot(drawn.numbers);
-    else
+    const char* const widths[] = {"", " class=\"two\"", " class=\"whole\""};
+    std::string html = "<figure id=\"" + id + "\"" + widths[int(figure.width)] + ">\n";
+    if (!drawn.plot.empty()) html += barPlot(drawn.plot);
+    if (!drawn.file.empty())
         html += "<a href=\"" + drawn.file + "\"><img src=\"" + drawn.file + "\" alt=\"" + escaped(figure.title) +
                 "\" loading=\"lazy\"" + (drawn.size.width < 200 ? " class=\"small\"" : "") +
                 format(" width=\"%d\" height=\"%d\"></a>\n", drawn.size.width, drawn.size.height);
-    if (drawn.functions.empty()) return html + "</figure>\n";
-    html += "<figcaption>\n<h3>" + escaped(figure.title) + "</h3>\n";
-    html += "<p>" + escaped(figure.plot ? tapList(drawn.numbers) : figure.sentence) + "</p>\n";
+    if (!drawn.table.rows.empty()) html += tableHtml(drawn.table);
+    const std::string text = drawn.plot.empty() ? figure.sentence : tapList(drawn.plot);
+    if (text.empty()) return html + "</figure>\n";
+    html += "<figcaption>\n<h3>" + escaped(figure.title) + "</h3>\n<p>" + escaped(text) + "</p>\n";
+    if (drawn.functions.empty()) return html + "</figcaption>\n</figure>\n";
+    html += "<div class=\"functions\">\n";
     for (const std::string& function : drawn.functions) html += "<code>" + function + "</code>\n";
-    return html + "<p class=\"time\">" + timeText(drawn.nanoseconds, drawn.worked) + "</p>\n</figcaption>\n</figure>\n";
+    return html + "</div>\n<p class=\"time\">" + timeText(drawn.nanoseconds, drawn.worked) +
+           "</p>\n</figcaption>\n</figure>\n";
 }
 
 // One row for each function that the filter accepts.

@@ -25,7 +25,7 @@ void run(const Options& options)
         throw Error("a window of " + std::to_string(options.window) + " is larger than the picture of " +
                     sizeText(gray.size()));
     Calls calls;
-    const IntegralPair integral(calls, padded(gray, options.window / 2));
+    const IntegralPair integral = integralPair(calls, padded(gray, options.window / 2));
     const auto [picture, white] = scaledToWhite(windowDeviation(calls, integral, {options.window, options.window}));
     writePng(options.files.out, picture);
     std::printf("%s: white stands for a deviation of %.4g\n", options.files.out.c_str(), white);

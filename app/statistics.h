@@ -13,7 +13,8 @@ void onChannel(Calls& calls, Function<Gray> gray, Function<Colour> colour, int c
 {
     const Picture& src = std::get<0>(images);
     const auto run = [&](auto function, auto... more) {
-        std::apply([&](const auto&... image) { callWith(calls, function, image..., src.size(), more..., results...); }, images);
+        std::apply([&](const auto&... image) { callWith(calls, function, image..., src.size(), more..., results...); },
+                   images);
     };
     if (src.channels() == 3)
         run(colour, channel);

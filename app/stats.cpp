@@ -73,11 +73,7 @@ void printTable(const std::vector<std::pair<const char*, Statistics>>& list)
         for (const auto& [channel, s] : list) std::printf(" %16s", std::string(text(s)).c_str());
         std::printf("\n");
     };
-    const auto number = [](double value) {
-        char text[32];
-        std::snprintf(text, sizeof text, "%.8g", value);
-        return std::string(text);
-    };
+    const auto number = [](double value) { return numberText(value, 8); };
     const auto place = [](ZeliPoint at) { return std::to_string(at.x) + "," + std::to_string(at.y); };
     std::printf("%-10s", "channel");
     for (const auto& [channel, s] : list) std::printf(" %16s", channel);
@@ -121,8 +117,8 @@ void run(const Options& options)
     std::vector<std::pair<const char*, Statistics>> list;
     for (int channel = 1; channel <= src.channels(); ++channel)
         if (options.channel == 0 || options.channel == channel)
-            list.push_back({channelName(src, channel),
-                            statistics(calls, src, options.mask.given() ? &mask : nullptr, channel)});
+            list.push_back(
+                {channelName(src, channel), statistics(calls, src, options.mask.given() ? &mask : nullptr, channel)});
     if (options.json)
         printJson(src.size(), pixels, list);
     else
