@@ -167,7 +167,8 @@ Section statisticsSection(const Source& source)
     addExtrema(section, subject, members<false, false>("Darkest and brightest pixel", ZELCV_ALL_TYPES(zeliMinMaxIndx, C1R)),
                "Blue frame: the minimum, orange frame: the maximum, of several the uppermost and in its row the leftmost.");
     addMeans(section, subject);
-    addExtrema(section, subject, members<true, false>("The same inside of the mask", ZELCV_ALL_TYPES(zeliMinMaxIndx, C1MR)),
+    addExtrema(section, subject,
+               members<true, false>("Darkest and brightest inside of a mask", ZELCV_ALL_TYPES(zeliMinMaxIndx, C1MR)),
                "The dark part does not count.");
     addNorms<1>(section, subject, "Norms",
                 "Of the pixels inside of the mask: Inf is the largest value, L1 the sum, L2 the root of the sum of squares.",
@@ -178,7 +179,7 @@ Section statisticsSection(const Source& source)
                 "Of the picture and the same moved by 3 pixels to the right and 2 down, inside of the mask.",
                 ZELCV_NORMS(zeliNormDiff));
     addExtrema(section, subject,
-               members<true, true>("Least and most green inside of the mask", ZELCV_ALL_TYPES(zeliMinMaxIndx, C3CMR)),
+               members<true, true>("Least and most green inside of a mask", ZELCV_ALL_TYPES(zeliMinMaxIndx, C3CMR)),
                "One channel of three, and the dark part does not count.");
     addNorms<2>(section, subject, "Relative norms", "The norms of that difference over those of the moved picture.",
                 ZELCV_NORMS(zeliNormRel));

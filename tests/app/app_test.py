@@ -478,6 +478,9 @@ class Program(unittest.TestCase):
                 with open(self.path("page/index.html"), encoding="utf-8") as file:
                     page = file.read()
                 self.assertEqual([], [name for name in exports() if f"<code>{name}</code>" not in page])
+                if picture:
+                    self.assertIn("<td>9 ± 0</td><td>-119 ± 0</td><td>2313 ± 0</td><td>0.035294 ± 0</td>", page)
+                    self.assertIn("<td>9</td><td>119</td><td>2313</td><td>0.0352941</td>", page)  # a norm
                 pictures = set(re.findall(r'(?:src|href)="([^#"]+)"', page))
                 self.assertEqual({*pictures, "index.html"}, set(os.listdir(self.path("page"))))
                 for name, width, height in re.findall(r'src="([^"]+)".*? width="(\d+)" height="(\d+)"', page):
