@@ -31,7 +31,8 @@ struct Content {
     Content(Picture made) : picture(std::move(made)) {}
 };
 
-enum class Width { column, two, whole };
+// How many columns of the page a figure takes.
+enum class Width { one, two, all };
 struct Figure {
     std::string title, sentence;
     std::function<Content(Calls&)> make;
@@ -41,7 +42,7 @@ struct Section {
     std::string id, title, introduction;
     std::vector<Figure> figures;
 
-    void add(std::string name, std::string sentence, std::function<Content(Calls&)> make, Width width = Width::column)
+    void add(std::string name, std::string sentence, std::function<Content(Calls&)> make, Width width = Width::one)
     {
         figures.push_back({std::move(name), std::move(sentence), std::move(make), width});
     }

@@ -18,7 +18,7 @@ Picture detail(const Picture& picture) { return cut(picture, middle(picture.size
 Section pictureSection(const Source& source)
 {
     Section section{"picture", "The picture", "", {}};
-    section.add("As it is", "", [&](Calls&) { return toColour(source.colour); }, Width::whole);
+    section.add("As it is", "", [&](Calls&) { return toColour(source.colour); }, Width::all);
     return section;
 }
 

@@ -36,7 +36,7 @@ nav a:hover { border-color: var(--mark); color: var(--mark); }
   grid-template-columns: repeat(auto-fill, minmax(min(100%, 19rem), 1fr)); }
 figure { margin: 0; background: var(--card); border: 1px solid var(--line); border-radius: .7rem; overflow: hidden; }
 figure:target { border-color: var(--mark); box-shadow: 0 0 0 2px var(--mark); }
-figure.whole { grid-column: 1 / -1; max-width: 48rem; }
+figure.all { grid-column: 1 / -1; max-width: 48rem; }
 @media (min-width: 46rem) { figure.two { grid-column: span 2; } }
 figure img, figure svg { display: block; width: 100%; height: auto; }
 figure img.small { image-rendering: pixelated; }
@@ -145,7 +145,7 @@ std::string tableHtml(const Table& table)
 
 std::string figureHtml(const Figure& figure, const Drawn& drawn, const std::string& id)
 {
-    const char* const widths[] = {"", " class=\"two\"", " class=\"whole\""};
+    const char* const widths[] = {"", " class=\"two\"", " class=\"all\""};
     std::string html = "<figure id=\"" + id + "\"" + widths[int(figure.width)] + ">\n";
     if (!drawn.plot.empty()) html += barPlot(drawn.plot);
     if (!drawn.file.empty())
