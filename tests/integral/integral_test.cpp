@@ -190,7 +190,7 @@ TEST(Integral, ChecksInOrder)
             {"sqrStep odd", zelStatusStepNotAligned, [=](A& a) { a.sqrStep = s * columns + s / 2; }},
         };
         if (!squares)
-            std::erase_if(faults, [](const auto& fault) { return std::strstr(fault.what, "sqr") != nullptr; });
+            std::erase_if(faults, [](const auto& fault) { return std::strstr(fault.what.c_str(), "sqr") != nullptr; });
         expectCheckOrder(A{src.data(), dst.image.data(), sqr.image.data(), src.step(), dst.image.step(), sqr.image.step(),
                            size}, faults, [&](const A& a) {
                              if constexpr (squares)
