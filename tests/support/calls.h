@@ -38,6 +38,14 @@ public:
     {
     }
 
+    // Faulty calls must not write to `image` either.
+    template <class T>
+    Checks& watch(Image<T>& image)
+    {
+        images_.push_back({[&] { image.mark(); }, [&] { return image.untouched(); }});
+        return *this;
+    }
+
     Checks& usual() { return nulls().sizes().shortSteps().oddSteps(); }
 
     // Of all pointers, or of those at some positions.
@@ -125,7 +133,7 @@ private:
     template <class T>
     auto tightArguments(Image<T>& image)
     {
-        images_.push_back({[&] { image.mark(); }, [&] { return image.untouched(); }});
+        watch(image);
         return std::make_tuple(image.data(), image.rowBytes());
     }
 
