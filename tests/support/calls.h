@@ -22,6 +22,28 @@ ZelStatus call(Function function, Given&&... given)
     return std::apply(function, std::tuple_cat(arguments(given)...));
 }
 
+// One way to spoil good arguments, and the status that must come of it.
+template <class Arguments>
+struct Fault {
+    std::string what;
+    ZelStatus status;
+    std::function<void(Arguments&)> apply;
+};
+
+// Faults in the order of the checks: each alone gives its status, and of any two the earlier one wins.
+template <class Arguments, class Call>
+void expectCheckOrder(const Arguments& good, const std::vector<Fault<Arguments>>& faults, const Call& callWith)
+{
+    for (std::size_t first = 0; first < faults.size(); ++first)
+        for (std::size_t second = first; second < faults.size(); ++second) {
+            Arguments spoilt = good;
+            faults[second].apply(spoilt);
+            faults[first].apply(spoilt); // last, so that it holds where both change the same argument
+            EXPECT_EQ(callWith(spoilt), faults[first].status)
+                << faults[first].what << ", together with " << faults[second].what;
+        }
+}
+
 // A function, arguments that it takes, and faults that it must find in them, told in the order of its checks. Parameters are
 // told by their position, from the end where it is negative. A plane is a pointer in front of an int, before the size of the
 // region, and told by the position of the pointer.

@@ -7,7 +7,6 @@
 #include <omp.h>
 
 #include <cstring>
-#include <functional>
 #include <limits>
 #include <string>
 #include <type_traits>
@@ -208,28 +207,6 @@ void underAllThreadings(const Test& test)
 #pragma omp master
         test();
     }
-}
-
-// One way to spoil good arguments, and the status that must come of it.
-template <class Arguments>
-struct Fault {
-    std::string what;
-    ZelStatus status;
-    std::function<void(Arguments&)> apply;
-};
-
-// Faults in the order of the checks: each alone gives its status, and of any two the earlier one wins.
-template <class Arguments, class Call>
-void expectCheckOrder(const Arguments& good, const std::vector<Fault<Arguments>>& faults, const Call& callWith)
-{
-    for (std::size_t first = 0; first < faults.size(); ++first)
-        for (std::size_t second = first; second < faults.size(); ++second) {
-            Arguments spoilt = good;
-            faults[second].apply(spoilt);
-            faults[first].apply(spoilt); // last, so that it holds where both change the same argument
-            EXPECT_EQ(callWith(spoilt), faults[first].status)
-                << faults[first].what << ", together with " << faults[second].what;
-        }
 }
 
 } // namespace zeltest
