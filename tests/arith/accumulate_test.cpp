@@ -13,15 +13,12 @@ namespace {
                     zeliAdd_##token##_C1IMR, zeliAddSquare_##token##_C1IMR, zeliAddProduct_##token##_C1IMR,            \
                     zeliAddWeighted_##token##_C1IMR)
 template <class T>
-constexpr auto kMembers = 0;
-template <>
-constexpr auto kMembers<Zel8u> = MEMBERS(zeliAdd_8u32f_C1IR, 8u32f);
-template <>
-constexpr auto kMembers<Zel8s> = MEMBERS(zeliAdd_8s32f_C1IR, 8s32f);
-template <>
-constexpr auto kMembers<Zel16u> = MEMBERS(zeliAdd_16u32f_C1IR, 16u32f);
-template <>
-constexpr auto kMembers<Zel32f> = MEMBERS(nullptr, 32f);
+constexpr auto kMembers = [] {
+    if constexpr (std::is_same_v<T, Zel8u>) return MEMBERS(zeliAdd_8u32f_C1IR, 8u32f);
+    else if constexpr (std::is_same_v<T, Zel8s>) return MEMBERS(zeliAdd_8s32f_C1IR, 8s32f);
+    else if constexpr (std::is_same_v<T, Zel16u>) return MEMBERS(zeliAdd_16u32f_C1IR, 16u32f);
+    else return MEMBERS(nullptr, 32f);
+}();
 
 // Squares and products: exact integers of 8 bits, single precision otherwise.
 template <class T>

@@ -121,30 +121,24 @@ bool decides(const Classifier<N>& c, const Image<E>& src, const Image<E>& tilt, 
             const ZeliPoint p = c.corners[j][std::size_t(k)];
             return Mixed && c.tilted ? tilt.at(x + p.x + 1, y + p.y + 1) : src.at(x + p.x, y + p.y);
         };
-        if constexpr (std::is_integral_v<E>) {
-            const Zel32s box = low32(std::int64_t(at(0)) - at(1) - at(2) + at(3));
-            if constexpr (std::is_integral_v<N>)
-                products.push_back(low32(std::int64_t(box) * c.weights[j]));
-            else
-                products.push_back(N(box) * c.weights[j]);
+        if constexpr (std::is_floating_point_v<E>) {
+            products.push_back((at(0) - at(1) - at(2) + at(3)) * c.weights[j]);
         } else {
-            products.push_back(((at(0) - at(1)) - at(2) + at(3)) * c.weights[j]);
+            const Zel32s box = low32(std::int64_t(at(0)) - at(1) - at(2) + at(3));
+            if constexpr (std::is_integral_v<N>) products.push_back(low32(std::int64_t(box) * c.weights[j]));
+            else products.push_back(N(box) * c.weights[j]);
         }
     }
-    if constexpr (std::is_integral_v<N>) {
-        std::int64_t total = 0;
-        for (N product : products) total += product;
+    if (!Mixed && std::is_floating_point_v<E> && c.grouped && products.size() == 3)
+        std::rotate(products.begin(), products.begin() + 1, products.end()); // the first comes last
+    if constexpr (std::is_floating_point_v<N>) {
+        return c.threshold * norm > std::accumulate(products.begin(), products.end(), N(0));
+    } else {
+        std::int64_t total = std::accumulate(products.begin(), products.end(), std::int64_t(0));
         const std::int64_t limit = std::int64_t(c.threshold) * norm;
         if (!Mixed) return low32(total) < low32(limit);
-        for (std::int64_t i = std::max<std::int64_t>(scaleFactor, -64); i < 0; ++i)
-            total = std::int64_t(std::uint64_t(total) * 2);
+        for (int i = std::max(scaleFactor, -64); i < 0; ++i) total = std::int64_t(std::uint64_t(total) * 2);
         return total < limit;
-    } else {
-        N total = 0;
-        for (N product : products) total += product;
-        if (!Mixed && std::is_floating_point_v<E> && c.grouped && products.size() == 3)
-            total = (products[1] + products[2]) + products[0];
-        return c.threshold * norm > total;
     }
 }
 
@@ -482,15 +476,13 @@ TYPED_TEST(HaarState, CreationFailsInOrder)
         for (int i = 1; i <= 7; ++i) faults.push_back({"null pointer", zelStatusNullPointer, [=](A& a) { a.null = i; }});
         faults.push_back({"count -1", zelStatusBadSize, [](A& a) { a.count = -1; }});
         faults.push_back({"no rectangles", zelStatusBadSize, [](A& a) { a.stage.counts[2] = 0; }});
-        if (!early) faults.push_back({"no memory", zelStatusNoMemory, [](A& a) { a.noMemory = true; }});
         // of the classifier of three, so that that of two has been written before
-        faults.push_back({"x -1", zelStatusBadArgument, [](A& a) { a.stage.rects[2].x = -1; }});
-        faults.push_back({"y -1", zelStatusBadArgument, [](A& a) { a.stage.rects[2].y = -1; }});
-        faults.push_back({"width 0", zelStatusBadArgument, [](A& a) { a.stage.rects[2].width = 0; }});
-        faults.push_back({"height 0", zelStatusBadArgument, [](A& a) { a.stage.rects[2].height = 0; }});
-        if (tilted)
-            faults.push_back({"beyond the left edge", zelStatusBadArgument, [](A& a) { a.stage.rects[2] = {3, 3, 1, 5}; }});
-        if (early) faults.push_back({"no memory", zelStatusNoMemory, [](A& a) { a.noMemory = true; }});
+        std::vector<ZeliRect> bad = {{-1, 3, 2, 2}, {3, -1, 2, 2}, {3, 3, 0, 2}, {3, 3, 2, 0}};
+        if (tilted) bad.push_back({3, 3, 1, 5}); // beyond the left edge
+        for (const ZeliRect rect : bad)
+            faults.push_back({"rectangle", zelStatusBadArgument, [=](A& a) { a.stage.rects[2] = rect; }});
+        const Fault<A> noMemory = {"no memory", zelStatusNoMemory, [](A& a) { a.noMemory = true; }};
+        faults.insert(early ? faults.end() : faults.begin() + 9, noMemory);
         expectCheckOrder(A{randomStage<N>(random, {1, 3, 2})}, faults, call);
     }
     auto stage = randomStage<N>(random, {1});

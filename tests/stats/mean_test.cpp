@@ -11,15 +11,12 @@ namespace {
     std::make_tuple(zeliMean_##token##_C1MR, zeliMean_##token##_C3CMR, zeliMean_StdDev_##token##_C1R,                  \
                     zeliMean_StdDev_##token##_C3CR, zeliMean_StdDev_##token##_C1MR, zeliMean_StdDev_##token##_C3CMR)
 template <class T>
-constexpr auto kMembers = 0;
-template <>
-constexpr auto kMembers<Zel8u> = MEMBERS(8u);
-template <>
-constexpr auto kMembers<Zel8s> = MEMBERS(8s);
-template <>
-constexpr auto kMembers<Zel16u> = MEMBERS(16u);
-template <>
-constexpr auto kMembers<Zel32f> = MEMBERS(32f);
+constexpr auto kMembers = [] {
+    if constexpr (std::is_same_v<T, Zel8u>) return MEMBERS(8u);
+    else if constexpr (std::is_same_v<T, Zel8s>) return MEMBERS(8s);
+    else if constexpr (std::is_same_v<T, Zel16u>) return MEMBERS(16u);
+    else return MEMBERS(32f);
+}();
 
 struct Result {
     double mean = 0, deviation = 0;

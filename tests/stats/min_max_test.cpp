@@ -9,15 +9,12 @@ namespace {
     std::make_tuple(zeliMinMaxIndx_##token##_C1R, zeliMinMaxIndx_##token##_C1MR, zeliMinMaxIndx_##token##_C3CR,       \
                     zeliMinMaxIndx_##token##_C3CMR)
 template <class T>
-constexpr auto kMembers = 0;
-template <>
-constexpr auto kMembers<Zel8u> = MEMBERS(8u);
-template <>
-constexpr auto kMembers<Zel8s> = MEMBERS(8s);
-template <>
-constexpr auto kMembers<Zel16u> = MEMBERS(16u);
-template <>
-constexpr auto kMembers<Zel32f> = MEMBERS(32f);
+constexpr auto kMembers = [] {
+    if constexpr (std::is_same_v<T, Zel8u>) return MEMBERS(8u);
+    else if constexpr (std::is_same_v<T, Zel8s>) return MEMBERS(8s);
+    else if constexpr (std::is_same_v<T, Zel16u>) return MEMBERS(16u);
+    else return MEMBERS(32f);
+}();
 
 struct Result {
     Zel32f min = -7, max = -7;
