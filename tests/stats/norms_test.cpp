@@ -11,18 +11,22 @@ namespace {
 enum Family { Norm, NormDiff, NormRel };
 enum Measure { Inf, L1, L2 };
 
-template <Family family, Measure measure, int channels, auto function>
-struct Member {
-    static constexpr Family kFamily = family;
-    static constexpr Measure kMeasure = measure;
-    static constexpr int kChannels = channels;
-    static constexpr auto kFunction = function;
+// What is computed; a member is one with its function.
+struct Kind {
+    Family family;
+    Measure measure;
+    int channels;
 
-    static std::string name()
+    std::string name() const
     {
         return (family == Norm ? "Norm_" : family == NormDiff ? "NormDiff_" : "NormRel_") +
                std::string(measure == Inf ? "Inf" : measure == L1 ? "L1" : "L2") + (channels == 1 ? "_C1MR" : "_C3CMR");
     }
+};
+template <Family family, Measure measure, int channels, auto function>
+struct Member {
+    static constexpr Kind kKind = {family, measure, channels};
+    static constexpr auto kFunction = function;
 };
 
 // Calls use(member) for the members of a type.
@@ -56,11 +60,11 @@ struct Images {
     template <class M, class Use>
     void with(M, int& coi, const Use& use)
     {
-        auto& src = M::kChannels == 1 ? one : three;
-        if constexpr (M::kFamily == Norm && M::kChannels == 1) use(src[0], mask, size);
-        else if constexpr (M::kFamily == Norm) use(src[0], mask, size, coi);
-        else if constexpr (M::kChannels == 1) use(src[0], src[1], mask, size);
-        else use(src[0], src[1], mask, size, coi);
+        constexpr bool single = M::kKind.family == Norm;
+        if constexpr (M::kKind.channels == 1 && single) use(one[0], mask, size);
+        else if constexpr (M::kKind.channels == 1) use(one[0], one[1], mask, size);
+        else if constexpr (single) use(three[0], mask, size, coi);
+        else use(three[0], three[1], mask, size, coi);
     }
 
     ZeliSize size;
@@ -106,42 +110,41 @@ double normOfRows(Measure measure, int width, int first, int last, const X& x)
 }
 
 // With several threads, bands: in 32f it matters which members have them, and from how many pixels on.
-template <class M>
-int bandsOf32f(ZeliSize size)
+int bandsOf32f(Kind kind, ZeliSize size)
 {
-    if (M::kFamily == NormDiff || (M::kFamily == NormRel && M::kMeasure != Inf)) return 1;
-    const bool early = M::kFamily == NormRel || (M::kMeasure == Inf && M::kChannels == 3) ||
-                       (M::kMeasure == L2 && M::kChannels == 3 && zelGetNumCoresOnDie() > 1);
+    if (kind.family == NormDiff || (kind.family == NormRel && kind.measure != Inf)) return 1;
+    const bool early = kind.family == NormRel || (kind.measure == Inf && kind.channels == 3) ||
+                       (kind.measure == L2 && kind.channels == 3 && zelGetNumCoresOnDie() > 1);
     return bandsPerThread(size, early ? 15 : 17);
 }
 
-template <class M, class T>
-double define(const Images<T>& images, int coi)
+template <class T>
+double define(Kind kind, const Images<T>& images, int coi)
 {
     using Wide = std::conditional_t<std::is_integral_v<T>, int, float>;
-    const auto& src = M::kChannels == 1 ? images.one : images.three;
-    const auto pixel = [&](int i, int x, int y) { return Wide(src[i].at(x * M::kChannels + coi - 1, y)); };
+    const auto& src = kind.channels == 1 ? images.one : images.three;
+    const auto pixel = [&](int i, int x, int y) { return Wide(src[i].at(x * kind.channels + coi - 1, y)); };
     const auto masked = [&](int x, int y, Wide value) {
         const bool selected = images.mask.at(x, y) != 0;
         if constexpr (std::is_integral_v<T>) return selected ? value : 0;
         else return value * (selected ? 1.0f : 0.0f);
     };
-    const int bands = std::is_integral_v<T> ? 1 : bandsOf32f<M>(images.size);
+    const int bands = std::is_integral_v<T> ? 1 : bandsOf32f(kind, images.size);
     const auto reduce = [&](const auto& x) {
         return overBands(images.size.height, bands, [&](int first, int last) {
-            return normOfRows<T>(M::kMeasure, images.size.width, first, last, x);
-        }, [](double all, double next) { return M::kMeasure != Inf ? all + next : all > next ? all : next; });
+            return normOfRows<T>(kind.measure, images.size.width, first, last, x);
+        }, [=](double all, double next) { return kind.measure != Inf ? all + next : all > next ? all : next; });
     };
     double result = reduce([&](int x, int y) {
-        return masked(x, y, M::kFamily == Norm ? pixel(0, x, y) : pixel(0, x, y) - pixel(1, x, y));
+        return masked(x, y, kind.family == Norm ? pixel(0, x, y) : pixel(0, x, y) - pixel(1, x, y));
     });
-    if (M::kFamily == NormRel) {
+    if (kind.family == NormRel) {
         const double second = reduce([&](int x, int y) { return masked(x, y, pixel(1, x, y)); });
         const double infinity = std::numeric_limits<double>::infinity();
         if (second == 0) return result == 0 ? std::nan("") : result > 0 ? infinity : -infinity;
         result /= second;
     }
-    return M::kMeasure == L2 ? std::sqrt(result) : result;
+    return kind.measure == L2 ? std::sqrt(result) : result;
 }
 
 template <class T>
@@ -153,9 +156,10 @@ void compareAll(Images<T>& images)
         coi = coi % 3 + 1;
         images.with(member, coi, [&](auto&... given) {
             double got = -1;
+            const std::string name = M::kKind.name();
             const ZelStatus status = call(M::kFunction, given..., &got);
-            EXPECT_TRUE(status == zelStatusOk || (M::kFamily == NormRel && status == zelStatusZeroDivisor)) << M::name();
-            expectSame(define<M>(images, M::kChannels == 1 ? 1 : coi), got, M::name());
+            EXPECT_TRUE(status == zelStatusOk || (M::kKind.family == NormRel && status == zelStatusZeroDivisor)) << name;
+            expectSame(define(M::kKind, images, M::kKind.channels == 1 ? 1 : coi), got, name);
         });
     });
 }
@@ -245,12 +249,12 @@ TYPED_TEST(Norms, CheckInOrder)
     int coi = 1;
     forAllMembers<TypeParam>([&](auto member) {
         using M = decltype(member);
-        SCOPED_TRACE(M::name());
+        SCOPED_TRACE(M::kKind.name());
         images.with(member, coi, [&](auto&... given) {
             Checks checks(M::kFunction, given..., &value);
-            if (M::kFamily == Norm) checks.nulls().sizes().shortSteps({0}).oddSteps({0}).shortSteps({2});
+            if (M::kKind.family == Norm) checks.nulls().sizes().shortSteps({0}).oddSteps({0}).shortSteps({2});
             else checks.usual();
-            if (M::kChannels == 3) checks.values(-2, zelStatusBadChannelIndex, {0, 4});
+            if (M::kKind.channels == 3) checks.values(-2, zelStatusBadChannelIndex, {0, 4});
             checks.expect();
         });
     });
