@@ -1,5 +1,5 @@
 // zeliAbsDiff and zeliAbsDiffC against their definition.
-#include "support/images.h"
+#include "support/calls.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,27 +18,16 @@ T definition(T a, T b)
         return T(std::abs(int(a) - int(b)));
 }
 
-template <class T>
-struct Functions;
-template <>
-struct Functions<Zel8u> {
-    static constexpr auto diff = zeliAbsDiff_8u_C1R;
-    static constexpr auto diffC = zeliAbsDiffC_8u_C1R;
+template <class T_, auto diff, auto diffC>
+struct Members {
+    using T = T_;
+    static constexpr auto kDiff = diff, kDiffC = diffC;
 };
-template <>
-struct Functions<Zel16u> {
-    static constexpr auto diff = zeliAbsDiff_16u_C1R;
-    static constexpr auto diffC = zeliAbsDiffC_16u_C1R;
-};
-template <>
-struct Functions<Zel32f> {
-    static constexpr auto diff = zeliAbsDiff_32f_C1R;
-    static constexpr auto diffC = zeliAbsDiffC_32f_C1R;
-};
-
-template <class T>
+using Types = testing::Types<Members<Zel8u, zeliAbsDiff_8u_C1R, zeliAbsDiffC_8u_C1R>,
+                             Members<Zel16u, zeliAbsDiff_16u_C1R, zeliAbsDiffC_16u_C1R>,
+                             Members<Zel32f, zeliAbsDiff_32f_C1R, zeliAbsDiffC_32f_C1R>>;
+template <class M>
 class AbsDiff : public testing::Test {};
-using Types = testing::Types<Zel8u, Zel16u, Zel32f>;
 TYPED_TEST_SUITE(AbsDiff, Types);
 
 // Small and odd shapes, one that ends in every vector tail, and shapes on both sides of the parallel gate.
@@ -46,111 +35,73 @@ constexpr ZeliSize kSizes[] = {{1, 1}, {3, 5}, {15, 2}, {16, 3}, {33, 4}, {67, 3
 
 TYPED_TEST(AbsDiff, EqualsDefinition)
 {
+    using T = typename TypeParam::T;
     Random random(1);
     for (Texture texture : {Texture::Noise, Texture::Extremes, Texture::Smooth})
         for (ZeliSize size : kSizes) {
-            Image<TypeParam> a(random, size.width, size.height, texture), b(random, size.width, size.height, texture);
+            Image<T> a(random, size, texture), b(random, size, texture);
             const auto wanted = [&](int x, int y) { return definition(a.before(x, y), b.at(x, y)); };
             underAllThreadings([&] {
-                Image<TypeParam> dst(random, size.width, size.height);
-                EXPECT_EQ(zelStatusOk, Functions<TypeParam>::diff(a.data(), a.step(), b.data(), b.step(), dst.data(),
-                                                                  dst.step(), size));
+                Image<T> dst(random, size);
+                EXPECT_EQ(zelStatusOk, call(TypeParam::kDiff, a, b, dst, size));
                 dst.expect(wanted, "absolute difference");
             });
-            EXPECT_EQ(zelStatusOk,
-                      Functions<TypeParam>::diff(a.data(), a.step(), b.data(), b.step(), a.data(), a.step(), size));
+            EXPECT_EQ(zelStatusOk, call(TypeParam::kDiff, a, b, a, size));
             a.expect(wanted, "in place");
         }
 }
 
 TYPED_TEST(AbsDiff, ConstantEqualsDefinitionAndIsLimited)
 {
+    using T = typename TypeParam::T;
     Random random(2);
-    using Constant = std::conditional_t<std::is_floating_point_v<TypeParam>, Zel32f, int>;
-    for (double given : {0.0, 7.0, -5.0, 300.0, 70000.0}) {
-        Constant value = Constant(given), used = value;
-        if constexpr (!std::is_floating_point_v<TypeParam>)
-            used = std::clamp<int>(value, 0, std::numeric_limits<TypeParam>::max());
-        for (ZeliSize size : {ZeliSize{37, 5}, ZeliSize{512, 513}}) {
-            Image<TypeParam> src(random, size.width, size.height), dst(random, size.width, size.height);
-            EXPECT_EQ(zelStatusOk,
-                      Functions<TypeParam>::diffC(src.data(), src.step(), dst.data(), dst.step(), size, value));
-            dst.expect([&](int x, int y) { return definition(src.at(x, y), TypeParam(used)); }, "constant");
+    const double largest = double(std::numeric_limits<T>::max());
+    for (double value : {0.0, 7.0, -5.0, 300.0, 70000.0})
+        for (ZeliSize size : {ZeliSize{37, 5}, {512, 513}}) {
+            const T used = T(std::is_integral_v<T> ? std::clamp(value, 0.0, largest) : value);
+            Image<T> src(random, size), dst(random, size);
+            EXPECT_EQ(zelStatusOk, call(TypeParam::kDiffC, src, dst, size, value));
+            dst.expect([&](int x, int y) { return definition(src.at(x, y), used); }, "constant");
         }
-    }
 }
 
 TYPED_TEST(AbsDiff, TakesPointersOffTheirElementBoundary)
 {
+    using T = typename TypeParam::T;
     Random random(3);
-    constexpr int width = 45, bytes = width * int(sizeof(TypeParam));
-    Image<Zel8u> a(random, bytes, 1), b(random, bytes, 1), dst(random, bytes, 1);
-    const auto odd = [](Image<Zel8u>& image) {
-        return reinterpret_cast<TypeParam*>(image.data() + (1 - reinterpret_cast<std::uintptr_t>(image.data()) % 2));
-    };
-    EXPECT_EQ(zelStatusOk, Functions<TypeParam>::diff(odd(a), bytes, odd(b), bytes, odd(dst), bytes, {width - 1, 1}));
-    const auto element = [&](Image<Zel8u>& image, int x) {
-        TypeParam value;
-        std::memcpy(&value, reinterpret_cast<char*>(odd(image)) + std::size_t(x) * sizeof value, sizeof value);
-        return value;
-    };
-    for (int x = 0; x < width - 1; ++x) {
-        const TypeParam wanted = definition(element(a, x), element(b, x)), got = element(dst, x);
-        EXPECT_TRUE(wanted == got || wanted != wanted) << x; // bytes at random are NaN now and then
+    constexpr int width = 44, bytes = width * int(sizeof(T));
+    std::vector<unsigned char> planes[3]; // one byte longer than a row, which ends at their end
+    for (auto& plane : planes)
+        for (int i = 0; i <= bytes; ++i) plane.push_back(static_cast<unsigned char>(random.next() >> 9));
+    const auto row = [&](int i) { return reinterpret_cast<T*>(planes[i].data() + 1); };
+    EXPECT_EQ(zelStatusOk, TypeParam::kDiff(row(0), bytes, row(1), bytes, row(2), bytes, {width, 1}));
+    for (int x = 0; x < width; ++x) {
+        T elements[3];
+        for (int i = 0; i < 3; ++i) std::memcpy(&elements[i], &planes[i][1 + std::size_t(x) * sizeof(T)], sizeof(T));
+        const T wanted = definition(elements[0], elements[1]);
+        EXPECT_TRUE(wanted == elements[2] || wanted != wanted) << x; // bytes at random are NaN now and then
     }
 }
 
 TEST(AbsDiff8uC3, IsThreeTimesAsWide)
 {
     Random random(4);
-    for (ZeliSize size : {ZeliSize{1, 1}, ZeliSize{300, 300}}) {
-        Image<Zel8u> a(random, 3 * size.width, size.height), b(random, 3 * size.width, size.height);
-        Image<Zel8u> dst(random, 3 * size.width, size.height);
-        EXPECT_EQ(zelStatusOk,
-                  zeliAbsDiff_8u_C3R(a.data(), a.step(), b.data(), b.step(), dst.data(), dst.step(), size));
+    for (ZeliSize size : {ZeliSize{1, 1}, {300, 300}}) {
+        const ZeliSize flat{3 * size.width, size.height};
+        Image<Zel8u> a(random, flat), b(random, flat), dst(random, flat);
+        EXPECT_EQ(zelStatusOk, call(zeliAbsDiff_8u_C3R, a, b, dst, size));
         dst.expect([&](int x, int y) { return definition(a.at(x, y), b.at(x, y)); }, "three channels");
-        EXPECT_EQ(zelStatusBadStep, zeliAbsDiff_8u_C3R(a.data(), a.step(), b.data(), 3 * size.width - 1, dst.data(),
-                                                       dst.step(), size));
+        Checks(zeliAbsDiff_8u_C3R, a, b, dst, size).usual().expect();
     }
 }
-
-template <class T>
-struct Arguments {
-    T *src1, *src2, *dst;
-    int src1Step, src2Step, dstStep;
-    ZeliSize size;
-};
 
 TYPED_TEST(AbsDiff, ChecksInOrder)
 {
     Random random(5);
-    using A = Arguments<TypeParam>;
-    const int width = 20, row = width * int(sizeof(TypeParam));
-    Image<TypeParam> a(random, width, 4), b(random, width, 4), dst(random, width, 4);
-    std::vector<Fault<A>> faults = {
-        {"null src1", zelStatusNullPointer, [](A& f) { f.src1 = nullptr; }},
-        {"null src2", zelStatusNullPointer, [](A& f) { f.src2 = nullptr; }},
-        {"null dst", zelStatusNullPointer, [](A& f) { f.dst = nullptr; }},
-        {"width 0", zelStatusBadSize, [](A& f) { f.size.width = 0; }},
-        {"height -1", zelStatusBadSize, [](A& f) { f.size.height = -1; }},
-        {"src1Step short", zelStatusBadStep, [=](A& f) { f.src1Step = row - 1; }},
-        {"src2Step negative", zelStatusBadStep, [=](A& f) { f.src2Step = -row; }},
-        {"dstStep short", zelStatusBadStep, [=](A& f) { f.dstStep = row - 1; }},
-    };
-    if (sizeof(TypeParam) > 1) {
-        faults.push_back({"src1Step odd", zelStatusStepNotAligned, [=](A& f) { f.src1Step = row + 1; }});
-        faults.push_back({"src2Step odd", zelStatusStepNotAligned, [=](A& f) { f.src2Step = row + 1; }});
-        faults.push_back({"dstStep odd", zelStatusStepNotAligned, [=](A& f) { f.dstStep = row + 1; }});
-    }
-    const A good{a.data(), b.data(), dst.data(), a.step(), b.step(), dst.step(), {width, 4}};
-    expectCheckOrder(good, faults, [](const A& f) {
-        return Functions<TypeParam>::diff(f.src1, f.src1Step, f.src2, f.src2Step, f.dst, f.dstStep, f.size);
-    });
-    std::erase_if(faults, [](const Fault<A>& fault) { return std::strstr(fault.what, "src2") != nullptr; });
-    expectCheckOrder(good, faults, [](const A& f) {
-        return Functions<TypeParam>::diffC(f.src1, f.src1Step, f.dst, f.dstStep, f.size, 1);
-    });
-    EXPECT_TRUE(dst.untouched());
+    const ZeliSize size{20, 4};
+    Image<typename TypeParam::T> a(random, size), b(random, size), dst(random, size);
+    Checks(TypeParam::kDiff, a, b, dst, size).usual().expect();
+    Checks(TypeParam::kDiffC, a, dst, size, 1).usual().expect();
 }
 
 } // namespace

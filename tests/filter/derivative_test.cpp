@@ -1,6 +1,6 @@
 // Sobel and Scharr filters with border, and the generated kernels, against their definition.
 #include "support/borders.h"
-#include "support/images.h"
+#include "support/calls.h"
 
 #include <algorithm>
 #include <cmath>
@@ -125,45 +125,26 @@ std::vector<Mask> masks(const Family& family)
 void compareAll(const Family& family, const Mask& mask, ZeliSize size, ZeliBorderType border, Texture texture, unsigned seed)
 {
     Random random(seed);
-    const std::string what = std::string(family.name) + " mask " + std::to_string(mask.code) + " border " + std::to_string(border);
-    int bytes = 0;
-
-    Image<Zel8u> src(random, size.width, size.height, texture, 2);
-    const Zel8u value = 255;
-    const auto sum = [&](int x, int y) { return definition<int>(src, mask.row, mask.column, border, value, x, y); };
-    {
-        Image<Zel16s> dst(random, size.width, size.height);
-        ASSERT_EQ(zelStatusOk, family.size16s(size, mask.code, &bytes));
+    // `finish` makes an output element of a sum.
+    const auto compare = [&]<class S>(auto tellSize, auto filter, S value, const auto& finish, auto... divisor) {
+        using Real = std::conditional_t<std::is_integral_v<S>, int, float>;
+        Image<S> src(random, size, texture, 2);
+        Image<decltype(finish(Real()))> dst(random, size);
+        int bytes = 0;
+        ASSERT_EQ(zelStatusOk, tellSize(size, mask.code, &bytes));
         Buffer buffer(random, bytes);
-        ASSERT_EQ(zelStatusOk, family.filter16s(src.data(), src.step(), dst.data(), dst.step(), size, mask.code, border,
-                                                value, buffer.data()));
-        dst.expect([&](int x, int y) { return Zel16s(sum(x, y)); }, what + " 8u16s");
-    }
-    {
-        const int divisors[] = {1, 3, -4, 100};
-        const int divisor = divisors[seed % 4];
-        Image<Zel8s> dst(random, size.width, size.height);
-        ASSERT_EQ(zelStatusOk, family.size8s(size, mask.code, &bytes));
-        Buffer buffer(random, bytes);
-        ASSERT_EQ(zelStatusOk, family.filter8s(src.data(), src.step(), dst.data(), dst.step(), size, mask.code, border,
-                                               value, divisor, buffer.data()));
+        ASSERT_EQ(zelStatusOk, call(filter, src, dst, size, mask.code, border, value, divisor..., buffer.data()));
         dst.expect([&](int x, int y) {
-            const float scaled = float(sum(x, y)) * (1.0f / float(divisor));
-            return Zel8s(int(std::min(std::max(scaled, -128.0f), 127.0f)));
-        }, what + " 8u8s");
-    }
-    {
-        Image<Zel32f> floats(random, size.width, size.height, texture, 2);
-        Image<Zel32f> dst(random, size.width, size.height);
-        ASSERT_EQ(zelStatusOk, family.size32f(size, mask.code, &bytes));
-        Buffer buffer(random, bytes);
-        ASSERT_EQ(zelStatusOk, family.filter32f(floats.data(), floats.step(), dst.data(), dst.step(), size, mask.code,
-                                                border, 7.3f, buffer.data()));
-        dst.expect([&](int x, int y) {
-            return definition<float>(floats, mask.row, mask.column, border, 7.3f, x, y);
-        }, what + " 32f");
-    }
-    EXPECT_TRUE(src.untouched());
+            return finish(definition<Real>(src, mask.row, mask.column, border, value, x, y));
+        }, std::string(family.name) + " mask " + std::to_string(mask.code) + " border " + std::to_string(border));
+        EXPECT_TRUE(src.untouched());
+    };
+    const int divisors[] = {1, 41, -4, 100}, divisor = divisors[seed % 4];
+    compare(family.size16s, family.filter16s, Zel8u(255), [](int sum) { return Zel16s(sum); });
+    compare(family.size8s, family.filter8s, Zel8u(255), [=](int sum) {
+        return Zel8s(int(std::clamp(float(sum) * (1.0f / float(divisor)), -128.0f, 127.0f)));
+    }, divisor);
+    compare(family.size32f, family.filter32f, 7.3f, [](float sum) { return sum; });
 }
 
 TEST(Derivative, EqualsDefinitionUnderEveryBorder)
@@ -187,13 +168,11 @@ TEST(Derivative, EqualsDefinitionOnManyThreads)
     for (const Family& family : kFamilies)
         for (ZeliBorderType border : {zeliBorderConstant, zeliBorderWrap, zeliBorderReflect}) {
             const Mask mask = masks(family).back();
-            for (ZeliSize size : {ZeliSize{256, 519}, ZeliSize{255, 300}}) {
-                if (family.name == std::string("SobelVert"))
-                    underAllThreadings([&] { compareAll(family, mask, size, border, Texture::Noise, 77); });
-                else {
-                    ThreadSetting setting(4);
-                    compareAll(family, mask, size, border, Texture::Noise, 78);
-                }
+            for (ZeliSize size : {ZeliSize{256, 519}, {255, 300}}) {
+                const auto compare = [&] { compareAll(family, mask, size, border, Texture::Noise, 77); };
+                ThreadSetting setting(4);
+                if (family.name == std::string("SobelVert")) underAllThreadings(compare);
+                else compare();
             }
         }
 }
@@ -211,86 +190,45 @@ TEST(Derivative, ServesConcurrentCalls)
 
 TEST(Derivative, TellsBufferSizes)
 {
-    for (const Family& family : kFamilies) {
-        const ZeliMaskSize last = masks(family).back().code;
-        const ZeliSize size = {100, 50};
+    for (const Family& family : kFamilies)
         for (const auto& [function, wanted] : {std::pair{family.size16s, family.bytes16s},
                                                std::pair{family.size8s, family.bytes8s},
                                                std::pair{family.size32f, family.bytes32f}}) {
             int bytes = 0;
-            ThreadSetting one(1);
-            EXPECT_EQ(zelStatusOk, function(size, zeliMask3x3, &bytes));
-            EXPECT_EQ(wanted[0], bytes) << family.name;
-            ThreadSetting four(4);
-            EXPECT_EQ(zelStatusOk, function(size, last, &bytes));
-            EXPECT_EQ(wanted[1], bytes) << family.name;
-
-            EXPECT_EQ(zelStatusNullPointer, function({0, 0}, 7, nullptr));
-            EXPECT_EQ(zelStatusBadSize, function({0, 5}, 7, &bytes));
-            EXPECT_EQ(zelStatusBadSize, function({5, 0}, 7, &bytes));
-            if (!family.row5.empty()) {
-                EXPECT_EQ(zelStatusBadMaskSize, function(size, 35, &bytes));
+            for (int threads : {1, 4}) {
+                ThreadSetting setting(threads);
+                const ZeliMaskSize mask = threads == 1 ? zeliMask3x3 : masks(family).back().code;
+                EXPECT_EQ(zelStatusOk, function({100, 50}, mask, &bytes));
+                EXPECT_EQ(wanted[threads == 4], bytes) << family.name;
             }
-            EXPECT_EQ(wanted[1], bytes);
+            Checks checks(function, ZeliSize{100, 50}, zeliMask3x3, &bytes);
+            checks.usual();
+            if (!family.row5.empty()) checks.values(1, zelStatusBadMaskSize, {35});
+            checks.expect();
         }
-    }
 }
-
-struct Arguments {
-    const void* src;
-    void* dst;
-    Zel8u* buffer;
-    int srcStep, dstStep, divisor;
-    ZeliSize size;
-    ZeliMaskSize mask;
-    ZeliBorderType border;
-};
 
 TEST(Derivative, ChecksInOrder)
 {
     Random random(3);
-    Image<Zel32f> src(random, 32, 8), dst(random, 32, 8);
-    Zel8u buffer[64];
-    const int width = 20;
+    const ZeliSize size{20, 4};
+    Image<Zel8u> bytes(random, size, Texture::Noise, 2);
+    Image<Zel16s> to16s(random, size);
+    Image<Zel8s> to8s(random, size);
+    Image<Zel32f> floats(random, size, Texture::Noise, 2), to32f(random, size);
+    std::vector<Zel8u> buffer(1 << 20);
     for (const Family& family : kFamilies) {
-        const auto check = [&](int srcBytes, int dstBytes, bool divides, const auto& call) {
-            using A = Arguments;
-            std::vector<Fault<A>> faults = {
-                {"null src", zelStatusNullPointer, [](A& f) { f.src = nullptr; }},
-                {"null dst", zelStatusNullPointer, [](A& f) { f.dst = nullptr; }},
-                {"null buffer", zelStatusNullPointer, [](A& f) { f.buffer = nullptr; }},
-                {"width 0", zelStatusBadSize, [](A& f) { f.size.width = 0; }},
-                {"height 0", zelStatusBadSize, [](A& f) { f.size.height = 0; }},
-                {"srcStep", zelStatusBadStep, [=](A& f) { f.srcStep = width * srcBytes - 1; }},
-                {"dstStep", zelStatusBadStep, [=](A& f) { f.dstStep = width * dstBytes - 1; }},
-            };
-            if (srcBytes > 1)
-                faults.push_back({"srcStep odd", zelStatusStepNotAligned, [=](A& f) { f.srcStep = width * srcBytes + 2; }});
-            if (dstBytes > 1)
-                faults.push_back({"dstStep odd", zelStatusStepNotAligned, [=](A& f) { f.dstStep = width * dstBytes + 1; }});
-            for (ZeliBorderType bad : {5, 7, 15, 0x15, 0x100, 0x8001, 0x1300})
-                faults.push_back({"border", zelStatusBadArgument, [=](A& f) { f.border = bad; }});
-            if (divides) faults.push_back({"divisor 0", zelStatusBadArgument, [](A& f) { f.divisor = 0; }});
-            if (!family.row5.empty())
-                for (ZeliMaskSize bad : {0, 3, 53})
-                    faults.push_back({"mask", zelStatusBadMaskSize, [=](A& f) { f.mask = bad; }});
-            expectCheckOrder(A{src.data(), dst.data(), buffer, width * srcBytes, width * dstBytes, 1, {width, 4},
-                               zeliMask3x3, zeliBorderReplicate}, faults, call);
+        const auto expectChecks = [&](auto filter, auto& src, auto& dst, auto... divisor) {
+            Checks checks(filter, src, dst, size, zeliMask3x3, zeliBorderReplicate, 0, divisor..., buffer.data());
+            checks.usual().values(6, zelStatusBadArgument, {5, 7, 15, 0x15, 0x100, 0x8001, 0x1300});
+            if (sizeof...(divisor) > 0) checks.values(8, zelStatusBadArgument, {0});
+            if (!family.row5.empty()) checks.values(5, zelStatusBadMaskSize, {0, 3, 53});
+            checks.expect();
         };
-        check(1, 2, false, [&](const Arguments& f) {
-            return family.filter16s(static_cast<const Zel8u*>(f.src), f.srcStep, static_cast<Zel16s*>(f.dst), f.dstStep,
-                                    f.size, f.mask, f.border, 0, f.buffer);
-        });
-        check(1, 1, true, [&](const Arguments& f) {
-            return family.filter8s(static_cast<const Zel8u*>(f.src), f.srcStep, static_cast<Zel8s*>(f.dst), f.dstStep,
-                                   f.size, f.mask, f.border, 0, f.divisor, f.buffer);
-        });
-        check(4, 4, false, [&](const Arguments& f) {
-            return family.filter32f(static_cast<const Zel32f*>(f.src), f.srcStep, static_cast<Zel32f*>(f.dst), f.dstStep,
-                                    f.size, f.mask, f.border, 0, f.buffer);
-        });
+        expectChecks(family.filter16s, bytes, to16s);
+        expectChecks(family.filter8s, bytes, to8s, 1);
+        expectChecks(family.filter32f, floats, to32f);
     }
-    EXPECT_TRUE(dst.untouched());
 }
 
 TEST(GenSobelKernel, GivesTheCoefficientsOfItsPolynomial)

@@ -1,5 +1,6 @@
 // The row and column pipelines against their definition.
-#include "support/images.h"
+#include "support/borders.h"
+#include "support/calls.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,66 +11,23 @@ namespace {
 
 enum class Arithmetic { Clipped8u, Clipped, ClippedC3, Low, LowC3, LowColumn, ClippedColumn, Float };
 
-template <class S_, class D_, int Channels, Arithmetic arithmetic, auto function, auto bufferSize>
+template <bool Column, class S_, class D_, int Channels, Arithmetic arithmetic, auto function, auto bufferSize>
 struct Member {
     using S = S_;
     using D = D_;
     using Tap = std::conditional_t<std::is_same_v<S, Zel32f>, Zel32f, Zel16s>;
+    static constexpr bool kColumn = Column;
     static constexpr int kChannels = Channels;
     static constexpr Arithmetic kArithmetic = arithmetic;
     static constexpr auto kFunction = function, kBufferSize = bufferSize;
 
-    static int size(ZeliSize roi, int kernelSize)
+    static int bufferBytes(ZeliSize roi, int kernelSize)
     {
         int bytes = -1;
         EXPECT_EQ(zelStatusOk, bufferSize(roi, kernelSize, &bytes));
         return bytes;
     }
 };
-
-template <class M>
-struct Arguments {
-    const typename M::S* src;
-    typename M::D* dst;
-    int step; // of the source in the row half, of the destination in the column half
-    typename M::D** dstRows;
-    const typename M::S** srcRows;
-    ZeliSize roi;
-    const typename M::Tap* kernel;
-    int kernelSize, anchor;
-    ZeliBorderType border;
-    const typename M::S* value;
-    int divisor;
-    Zel8u* buffer;
-};
-
-template <class M>
-ZelStatus callRow(const Arguments<M>& a)
-{
-    const auto call = [&](auto value, auto... divisor) {
-        return M::kFunction(a.src, a.step, a.dstRows, a.roi, a.kernel, a.kernelSize, a.anchor, a.border, value, divisor...,
-                            a.buffer);
-    };
-    const auto withValue = [&](auto... divisor) {
-        if constexpr (M::kChannels == 1)
-            return call(*a.value, divisor...);
-        else
-            return call(a.value, divisor...);
-    };
-    if constexpr (M::kArithmetic == Arithmetic::Float)
-        return withValue();
-    else
-        return withValue(a.divisor);
-}
-
-template <class M>
-ZelStatus callColumn(const Arguments<M>& a)
-{
-    if constexpr (M::kArithmetic == Arithmetic::Float)
-        return M::kFunction(a.srcRows, a.dst, a.step, a.roi, a.kernel, a.kernelSize, a.buffer);
-    else
-        return M::kFunction(a.srcRows, a.dst, a.step, a.roi, a.kernel, a.kernelSize, a.divisor, a.buffer);
-}
 
 template <class M>
 typename M::D limited(float value)
@@ -105,20 +63,6 @@ typename M::D define(const std::vector<typename M::Tap>& kernel, int divisor, co
     return typename M::D(std::int32_t(wrapping * std::uint32_t(m)) >> 14);
 }
 
-// The pixel that stands at `i` of a row of `width`, or -1 for the border value. Step by step, as one would do it on paper.
-int standIn(int i, int width, ZeliBorderType border)
-{
-    if (border == zeliBorderReflect && width == 1) border = zeliBorderReplicate;
-    while (i < 0 || i >= width) {
-        if (border == zeliBorderConstant) return -1;
-        if (border == zeliBorderReplicate) i += i < 0 ? 1 : -1;
-        if (border == zeliBorderWrap) i += i < 0 ? width : -width;
-        if (border == zeliBorderReflect) i = i < 0 ? -i : 2 * width - 2 - i;
-        if (border == zeliBorderReflectEdge) i = i < 0 ? -1 - i : 2 * width - 1 - i;
-    }
-    return i;
-}
-
 // Small taps as filters have them, any taps, and taps that make sums wrap and clip.
 template <class Tap>
 std::vector<Tap> randomKernel(Random& random, int size)
@@ -137,9 +81,9 @@ constexpr Texture kTextures[] = {Texture::Noise, Texture::Extremes, Texture::Smo
 
 using A = Arithmetic;
 #define ROW(S, D, C, A, name) \
-    Member<S, D, C, A, zeliFilterRowBorderPipeline_##name, zeliFilterRowBorderPipelineGetBufferSize_##name>
+    Member<false, S, D, C, A, zeliFilterRowBorderPipeline_##name, zeliFilterRowBorderPipelineGetBufferSize_##name>
 #define COLUMN(S, D, C, A, name) \
-    Member<S, D, C, A, zeliFilterColumnPipeline_##name, zeliFilterColumnPipelineGetBufferSize_##name>
+    Member<true, S, D, C, A, zeliFilterColumnPipeline_##name, zeliFilterColumnPipelineGetBufferSize_##name>
 using RowMembers = testing::Types<
     ROW(Zel8u, Zel16s, 1, A::Clipped8u, 8u16s_C1R), ROW(Zel8u, Zel16s, 3, A::Clipped8u, 8u16s_C3R),
     ROW(Zel16s, Zel16s, 1, A::Clipped, 16s_C1R), ROW(Zel16s, Zel16s, 3, A::ClippedC3, 16s_C3R),
@@ -159,39 +103,66 @@ template <class M>
 class ColumnPipeline : public testing::Test {};
 TYPED_TEST_SUITE(ColumnPipeline, ColumnMembers);
 
-template <class T>
-std::vector<T*> rowsOf(Image<std::remove_const_t<T>>& image)
-{
-    std::vector<T*> rows;
-    for (int y = 0; y < image.height(); ++y)
-        rows.push_back(reinterpret_cast<T*>(reinterpret_cast<char*>(image.data()) + std::ptrdiff_t(y) * image.step()));
-    return rows;
-}
-
 // Images and arguments of one call, all at random but what is given.
 template <class M>
 struct Case {
     using S = typename M::S;
-    Case(Random& random, ZeliSize roi, int kernelSize, bool column)
-        : src(random, roi.width * M::kChannels, roi.height + (column ? kernelSize - 1 : 0), kTextures[random.between(0, 2)]),
-          dst(random, roi.width * M::kChannels, roi.height), buffer(random, M::size(roi, kernelSize)),
-          exactBuffer(std::size_t(M::size(roi, kernelSize)) + 1), kernel(randomKernel<typename M::Tap>(random, kernelSize)),
-          srcRows(rowsOf<const S>(src)), dstRows(rowsOf<typename M::D>(dst))
+    using D = typename M::D;
+
+    Case(Random& random, ZeliSize roi_, int kernelSize_)
+        : roi(roi_), kernelSize(kernelSize_), anchor(random.between(0, kernelSize - 1)), border(random.between(0, 4)),
+          divisor(kDivisors[random.between(0, 8)]), kernel(randomKernel<typename M::Tap>(random, kernelSize)),
+          src(random, roi.width * M::kChannels, roi.height + (M::kColumn ? kernelSize - 1 : 0),
+              kTextures[random.between(0, 2)]),
+          dst(random, roi.width * M::kChannels, roi.height), buffer(random, M::bufferBytes(roi, kernelSize)),
+          exactBuffer(std::size_t(M::bufferBytes(roi, kernelSize)) + 1),
+          scratch(random.between(0, 1) ? buffer.data() : exactBuffer.data() + 1)
     {
         for (S& element : value) element = randomElement<S>(random, Texture::Noise, 0, 0);
-        arguments = {src.data(), dst.data(), column ? dst.step() : src.step(), dstRows.data(), srcRows.data(), roi,
-                     kernel.data(), kernelSize, random.between(0, kernelSize - 1), random.between(0, 4), value,
-                     kDivisors[random.between(0, 8)], random.between(0, 1) ? buffer.data() : exactBuffer.data() + 1};
+        for (int y = 0; y < src.height(); ++y) srcRows.push_back(row(src, y));
+        for (int y = 0; y < roi.height; ++y) dstRows.push_back(row(dst, y));
     }
+    template <class T>
+    static T* row(Image<T>& image, int y)
+    {
+        return reinterpret_cast<T*>(reinterpret_cast<char*>(image.data()) + std::ptrdiff_t(y) * image.step());
+    }
+
+    // use(arguments...) with those of the member.
+    template <class Use>
+    auto with(const Use& use)
+    {
+        const auto scaled = [&](auto&&... given) {
+            if constexpr (M::kArithmetic == Arithmetic::Float) return use(given..., scratch);
+            else return use(given..., divisor, scratch);
+        };
+        if constexpr (M::kColumn) {
+            return scaled(srcRows.data(), dst, roi, kernel.data(), kernelSize);
+        } else {
+            std::conditional_t<M::kChannels == 1, S, const S*> borderValue;
+            if constexpr (M::kChannels == 1) borderValue = *value;
+            else borderValue = value;
+            return scaled(src, dstRows.data(), roi, kernel.data(), kernelSize, anchor, border, borderValue);
+        }
+    }
+    ZelStatus run()
+    {
+        return with([](auto&... given) { return call(M::kFunction, given...); });
+    }
+
+    ZeliSize roi;
+    int kernelSize, anchor;
+    ZeliBorderType border;
+    int divisor;
+    std::vector<typename M::Tap> kernel;
     Image<S> src;
-    Image<typename M::D> dst;
+    Image<D> dst;
     Buffer buffer;
     std::vector<Zel8u> exactBuffer; // behind it nothing may be read either, as the address sanitizer sees
-    std::vector<typename M::Tap> kernel;
+    Zel8u* scratch;
     std::vector<const S*> srcRows;
-    std::vector<typename M::D*> dstRows;
+    std::vector<D*> dstRows;
     S value[3];
-    Arguments<M> arguments;
 };
 
 TYPED_TEST(RowPipeline, EqualsDefinition)
@@ -202,18 +173,17 @@ TYPED_TEST(RowPipeline, EqualsDefinition)
         for (int width : {1, 2, 3, kernelSize - 1, kernelSize, kernelSize + 1, 15, 16, 33, 50, 97})
             for (ZeliBorderType border = 0; border <= 4 && width > 0; ++border)
                 for (int anchor : {0, kernelSize / 2, kernelSize - 1}) {
-                    Case<TypeParam> c(random, {width, 2}, kernelSize, false);
-                    c.arguments.border = border;
-                    c.arguments.anchor = anchor;
-                    const int divisor = c.arguments.divisor;
-                    ASSERT_EQ(zelStatusOk, callRow(c.arguments));
+                    Case<TypeParam> c(random, {width, 2}, kernelSize);
+                    c.border = border;
+                    c.anchor = anchor;
+                    ASSERT_EQ(zelStatusOk, c.run());
                     c.dst.expect([&](int x, int y) {
-                        return define<TypeParam>(c.kernel, divisor, [&](int j) {
-                            const int from = standIn(x / channels - anchor + j, width, border);
-                            return from < 0 ? c.value[x % channels] : c.src.at(from * channels + x % channels, y);
+                        return define<TypeParam>(c.kernel, c.divisor, [&](int j) {
+                            const int from = standIn(x / channels - anchor + j, width, border, false, false);
+                            return from == kConstant ? c.value[x % channels] : c.src.at(from * channels + x % channels, y);
                         });
                     }, std::to_string(kernelSize) + " taps, anchor " + std::to_string(anchor) + ", border " +
-                           std::to_string(border) + ", divisor " + std::to_string(divisor));
+                           std::to_string(border) + ", divisor " + std::to_string(c.divisor));
                     ASSERT_FALSE(testing::Test::HasFailure());
                 }
 }
@@ -225,139 +195,125 @@ TYPED_TEST(ColumnPipeline, EqualsDefinitionAlsoIntoItsFirstRow)
     for (int kernelSize : kKernelSizes)
         for (int width : {1, 2, 5, 10, 15, 16, 17, 31, 32, 33, 49, 97})
             for (int height : {1, 4}) {
-                Case<M> c(random, {width, height}, kernelSize, true);
+                Case<M> c(random, {width, height}, kernelSize);
                 c.srcRows[c.srcRows.size() / 2] = c.srcRows.back(); // one row in several places
                 const auto rows = c.srcRows;
-                const auto wanted = [&](int x, int y) {
-                    return define<M>(c.kernel, c.arguments.divisor, [&](int j) { return rows[y + j][x]; });
+                const auto expect = [&](const std::string& where) {
+                    ASSERT_EQ(zelStatusOk, c.run());
+                    c.dst.expect([&](int x, int y) {
+                        return define<M>(c.kernel, c.divisor, [&](int j) { return rows[y + j][x]; });
+                    }, std::to_string(kernelSize) + " taps, divisor " + std::to_string(c.divisor) + where);
                 };
-                const std::string what = std::to_string(kernelSize) + " taps, " + std::to_string(c.arguments.divisor);
-                ASSERT_EQ(zelStatusOk, callColumn(c.arguments));
-                c.dst.expect(wanted, what);
+                expect("");
                 if constexpr (std::is_same_v<typename M::S, typename M::D>)
                     if (height == 1) {
                         for (int x = 0; x < c.dst.width(); ++x) c.dst.set(x, 0, rows[0][x]);
                         c.srcRows[0] = c.dst.data();
-                        ASSERT_EQ(zelStatusOk, callColumn(c.arguments));
-                        c.dst.expect(wanted, what + ", in place");
+                        expect(", in place");
                     }
                 ASSERT_FALSE(testing::Test::HasFailure());
             }
 }
 
 // The serial result, which the tests above check, for a region above the gate of 8 threads.
-template <class M, class Call>
-void expectSameBitsUnderAllThreadings(bool column, const Call& call)
+template <class M>
+void expectSameBitsUnderAllThreadings()
 {
-    Random random(3);
     for (int kernelSize : {3, 4, 7}) {
-        const ZeliSize roi = {509, 531};
-        Case<M> c(random, roi, kernelSize, column);
-        {
-            ThreadSetting one(1);
-            ASSERT_EQ(zelStatusOk, call(c.arguments));
-        }
-        const auto serial = c.dst;
-        underAllThreadings([&] {
-            Image<typename M::D> dst(random, roi.width * M::kChannels, roi.height);
-            Buffer buffer(random, M::size(roi, kernelSize));
-            auto rows = rowsOf<typename M::D>(dst);
-            auto arguments = c.arguments;
-            arguments.dst = dst.data();
-            arguments.step = column ? dst.step() : arguments.step;
-            arguments.dstRows = rows.data();
-            arguments.buffer = buffer.data();
-            ASSERT_EQ(zelStatusOk, call(arguments));
-            dst.expect([&](int x, int y) { return serial.at(x, y); }, "threads");
-        });
+        const auto result = [=] {
+            Random random{unsigned(kernelSize)};
+            Case<M> c(random, {509, 531}, kernelSize);
+            EXPECT_EQ(zelStatusOk, c.run());
+            return c.dst;
+        };
+        ThreadSetting one(1);
+        const auto serial = result();
+        underAllThreadings([&] { result().expect([&](int x, int y) { return serial.at(x, y); }, "threads"); });
     }
 }
-TYPED_TEST(RowPipeline, ThreadsChangeNothing) { expectSameBitsUnderAllThreadings<TypeParam>(false, callRow<TypeParam>); }
-TYPED_TEST(ColumnPipeline, ThreadsChangeNothing) { expectSameBitsUnderAllThreadings<TypeParam>(true, callColumn<TypeParam>); }
+TYPED_TEST(RowPipeline, ThreadsChangeNothing) { expectSameBitsUnderAllThreadings<TypeParam>(); }
+TYPED_TEST(ColumnPipeline, ThreadsChangeNothing) { expectSameBitsUnderAllThreadings<TypeParam>(); }
 
 TYPED_TEST(RowPipeline, StopsTheBandAtANullRow)
 {
-    using M = TypeParam;
     Random random(4);
     for (int threads : {1, 3}) {
         ThreadSetting setting(threads);
-        Case<M> whole(random, {700, 300}, 7, false);
-        ASSERT_EQ(zelStatusOk, callRow(whole.arguments));
-        const auto full = whole.dst;
-        Image<typename M::D> dst(random, 700 * M::kChannels, 300);
-        auto rows = rowsOf<typename M::D>(dst);
-        rows[130] = rows[170] = nullptr; // in the middle one of three bands
-        whole.arguments.dstRows = rows.data();
-        EXPECT_EQ(zelStatusNullPointer, callRow(whole.arguments));
+        Case<TypeParam> c(random, {700, 300}, 7);
+        ASSERT_EQ(zelStatusOk, c.run());
+        const auto full = c.dst;
+        c.dst.fill([&](int, int) { return random.between(0, 99); });
+        c.dstRows[130] = c.dstRows[170] = nullptr; // in the middle one of three bands
+        EXPECT_EQ(zelStatusNullPointer, c.run());
         const int resumed = threads == 1 ? 300 : 200;
-        dst.expect([&](int x, int y) { return y < 130 || y >= resumed ? full.at(x, y) : dst.before(x, y); }, "null row");
+        c.dst.expect([&](int x, int y) { return y < 130 || y >= resumed ? full.at(x, y) : c.dst.before(x, y); }, "null row");
     }
 }
 
-template <class M, class Call>
-void expectChecks(bool column, const Call& call)
+template <class M>
+void expectBufferSizeChecks()
 {
-    using F = Arguments<M>;
+    int bytes = -1;
+    Checks(M::kBufferSize, ZeliSize{1, 1}, 1, &bytes).usual().values(1, zelStatusBadSize, {0}).expect();
+}
+
+TYPED_TEST(RowPipeline, ChecksInOrder)
+{
+    using M = TypeParam;
     Random random(5);
-    Case<M> c(random, {20, 4}, 3, column);
-    const int element = column ? sizeof(typename M::D) : sizeof(typename M::S), row = 20 * M::kChannels * element;
+    Case<M> c(random, {20, 4}, 3);
+    c.with([&](auto&... given) {
+        Checks checks(M::kFunction, given...);
+        checks.watch(c.dst).nulls({0, 2, 4, -1}).sizes().values(5, zelStatusBadSize, {0});
+        checks.values(6, zelStatusBadAnchor, {3, -1}).shortSteps().oddSteps();
+        checks.values(7, zelStatusBadArgument, {-1, 5, 6, 0x41});
+        if constexpr (M::kChannels == 3)
+            checks.fault("null value", zelStatusNullPointer, [](auto& a) {
+                std::get<7>(a) = zeliBorderConstant;
+                std::get<8>(a) = nullptr;
+            });
+        if (M::kArithmetic != A::Float) checks.values(-2, zelStatusBadArgument, {0});
+        checks.expect();
+        if constexpr (M::kChannels == 3) { // needed for the constant border only
+            auto arguments = std::tuple_cat(zeltest::arguments(given)...);
+            std::get<7>(arguments) = zeliBorderWrap;
+            std::get<8>(arguments) = nullptr;
+            EXPECT_EQ(zelStatusOk, std::apply(M::kFunction, arguments));
+        }
+    });
+    expectBufferSizeChecks<M>();
+}
+
+TYPED_TEST(ColumnPipeline, ChecksInOrder)
+{
+    using M = TypeParam;
+    Random random(5);
+    Case<M> c(random, {20, 4}, 3);
     auto holed = c.srcRows;
     holed.back() = nullptr; // read by the last row of the output alone
-    std::vector<Fault<F>> faults;
-    const auto add = [&](bool applies, const char* what, ZelStatus status, std::function<void(F&)> apply) {
-        if (applies) faults.push_back({what, status, apply});
-    };
-    add(!column, "null src", zelStatusNullPointer, [](F& f) { f.src = nullptr; });
-    add(!column, "null dstRows", zelStatusNullPointer, [](F& f) { f.dstRows = nullptr; });
-    add(column, "null srcRows", zelStatusNullPointer, [](F& f) { f.srcRows = nullptr; });
-    add(column, "null dst", zelStatusNullPointer, [](F& f) { f.dst = nullptr; });
-    add(true, "null kernel", zelStatusNullPointer, [](F& f) { f.kernel = nullptr; });
-    add(!column, "null buffer", zelStatusNullPointer, [](F& f) { f.buffer = nullptr; });
-    add(true, "width 0", zelStatusBadSize, [](F& f) { f.roi.width = 0; });
-    add(true, "height -1", zelStatusBadSize, [](F& f) { f.roi.height = -1; });
-    add(true, "kernelSize 0", zelStatusBadSize, [](F& f) { f.kernelSize = 0; });
-    for (int anchor : {3, -1}) add(!column, "anchor", zelStatusBadAnchor, [=](F& f) { f.anchor = anchor; });
-    add(true, "step short", zelStatusBadStep, [=](F& f) { f.step = row - 1; });
-    add(element > 1, "step odd", zelStatusStepNotAligned, [=](F& f) { f.step = row + 1; });
-    add(column, "null buffer", zelStatusNullPointer, [](F& f) { f.buffer = nullptr; });
-    for (ZeliBorderType border : {-1, 5, 6, 0x41})
-        add(!column, "border", zelStatusBadArgument, [=](F& f) { f.border = border; });
-    add(!column && M::kChannels == 3, "null value", zelStatusNullPointer, [](F& f) { f.border = 0, f.value = nullptr; });
-    add(M::kArithmetic != A::Float, "divisor 0", zelStatusBadArgument, [](F& f) { f.divisor = 0; });
-    add(column, "null row", zelStatusNullPointer, [&](F& f) { if (f.srcRows) f.srcRows = holed.data(); });
-    expectCheckOrder(c.arguments, faults, call);
-    EXPECT_TRUE(c.dst.untouched());
-    c.arguments.border = zeliBorderWrap;
-    if (M::kChannels == 3) c.arguments.value = nullptr; // needed for the constant border only
-    EXPECT_EQ(zelStatusOk, call(c.arguments));
-
-    int bytes = -1;
-    EXPECT_EQ(zelStatusNullPointer, M::kBufferSize({0, 0}, 0, nullptr));
-    EXPECT_EQ(zelStatusBadSize, M::kBufferSize({0, 1}, 1, &bytes));
-    EXPECT_EQ(zelStatusBadSize, M::kBufferSize({1, 0}, 1, &bytes));
-    EXPECT_EQ(zelStatusBadSize, M::kBufferSize({1, 1}, 0, &bytes));
-    EXPECT_EQ(-1, bytes);
+    c.with([&](auto&... given) {
+        Checks checks(M::kFunction, given...);
+        checks.nulls({0, 1, 4}).sizes().values(5, zelStatusBadSize, {0}).shortSteps().oddSteps().nulls({-1});
+        if (M::kArithmetic != A::Float) checks.values(-2, zelStatusBadArgument, {0});
+        checks.fault("null row", zelStatusNullPointer, [&](auto& a) { std::get<0>(a) = holed.data(); });
+        checks.expect();
+    });
+    expectBufferSizeChecks<M>();
 }
-TYPED_TEST(RowPipeline, ChecksInOrder) { expectChecks<TypeParam>(false, callRow<TypeParam>); }
-TYPED_TEST(ColumnPipeline, ChecksInOrder) { expectChecks<TypeParam>(true, callColumn<TypeParam>); }
+
+template <class... Members>
+std::vector<int> bufferSizes(testing::Types<Members...>, ZeliSize roi, int kernelSize)
+{
+    return {Members::bufferBytes(roi, kernelSize)...};
+}
 
 TEST(PipelineBufferSize, IsTheOneTold)
 {
     const auto sizes = [](int threads, int height, int kernelSize) {
         ThreadSetting setting(threads);
-        std::vector<int> all;
-        const auto add = [&](auto... functions) {
-            for (auto size : {functions...}) EXPECT_EQ(zelStatusOk, size({9, height}, kernelSize, &all.emplace_back()));
-        };
-        add(zeliFilterRowBorderPipelineGetBufferSize_8u16s_C1R, zeliFilterRowBorderPipelineGetBufferSize_8u16s_C3R,
-            zeliFilterRowBorderPipelineGetBufferSize_16s_C1R, zeliFilterRowBorderPipelineGetBufferSize_16s_C3R,
-            zeliFilterRowBorderPipelineGetBufferSize_Low_16s_C1R, zeliFilterRowBorderPipelineGetBufferSize_Low_16s_C3R,
-            zeliFilterRowBorderPipelineGetBufferSize_32f_C1R, zeliFilterRowBorderPipelineGetBufferSize_32f_C3R,
-            zeliFilterColumnPipelineGetBufferSize_16s8s_C1R, zeliFilterColumnPipelineGetBufferSize_16s8s_C3R,
-            zeliFilterColumnPipelineGetBufferSize_16s8u_C1R, zeliFilterColumnPipelineGetBufferSize_16s8u_C3R,
-            zeliFilterColumnPipelineGetBufferSize_16s_C1R, zeliFilterColumnPipelineGetBufferSize_16s_C3R,
-            zeliFilterColumnPipelineGetBufferSize_Low_16s_C1R, zeliFilterColumnPipelineGetBufferSize_Low_16s_C3R,
-            zeliFilterColumnPipelineGetBufferSize_32f_C1R, zeliFilterColumnPipelineGetBufferSize_32f_C3R);
+        auto all = bufferSizes(RowMembers(), {9, height}, kernelSize);
+        const auto ofColumns = bufferSizes(ColumnMembers(), {9, height}, kernelSize);
+        all.insert(all.end(), ofColumns.begin(), ofColumns.end());
         return all;
     };
     using Sizes = std::vector<int>;

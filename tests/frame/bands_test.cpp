@@ -12,15 +12,15 @@ constexpr int kAnyTeam = 0;
 
 TEST(Bands, CutGivesTheRestToTheLast)
 {
-    struct Case {
-        int height, count, index, first, last;
+    const auto rows = [](int height, int count, int index) {
+        const Band band = cutBand(height, count, index);
+        return std::pair(band.first, band.last);
     };
-    for (const Case& c : {Case{10, 4, 0, 0, 2}, Case{10, 4, 2, 4, 6}, Case{10, 4, 3, 6, 10}, Case{8, 4, 3, 6, 8},
-                          Case{3, 8, 0, 0, 0}, Case{3, 8, 7, 0, 3}, Case{5, 1, 0, 0, 5}}) {
-        const Band band = cutBand(c.height, c.count, c.index);
-        EXPECT_EQ(band.first, c.first) << c.height << " rows, band " << c.index << " of " << c.count;
-        EXPECT_EQ(band.last, c.last) << c.height << " rows, band " << c.index << " of " << c.count;
-    }
+    EXPECT_EQ(rows(10, 4, 0), std::pair(0, 2));
+    EXPECT_EQ(rows(10, 4, 2), std::pair(4, 6));
+    EXPECT_EQ(rows(10, 4, 3), std::pair(6, 10));
+    EXPECT_EQ(rows(3, 8, 0), std::pair(0, 0));
+    EXPECT_EQ(rows(3, 8, 7), std::pair(0, 3));
 }
 
 TEST(Bands, TeamFollowsTheGateTheSettingAndWhetherAForkIsAllowed)

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <functional>
+#include <set>
 
 using namespace zelcv;
 using zeltest::Random;
@@ -42,62 +44,56 @@ TEST(Rows, FillAndCopyWhatTheyAreTold)
 TEST(Sort, OrdersEveryPattern)
 {
     Random random(7);
-    using Pattern = std::function<double(int, int)>; // value at i of n
-    const std::pair<const char*, Pattern> patterns[] = {
-        {"equal", [](int, int) { return 2.5; }},
-        {"sorted", [](int i, int) { return i; }},
-        {"reversed", [](int i, int n) { return n - i; }},
-        {"up and down", [](int i, int n) { return std::min(i, n - i); }},
-        {"few values", [&](int, int) { return random.between(0, 3); }},
-        {"random", [&](int, int) { return random.between(-1000000, 1000000) / 1000.0; }},
-        {"infinities", [&](int i, int) { return i % 3 ? random.between(0, 9) : i % 2 ? INFINITY : -INFINITY; }},
+    const std::function<double(int, int)> patterns[] = { // value at i of n
+        [](int, int) { return 2.5; },
+        [](int i, int) { return i; },
+        [](int i, int n) { return n - i; },
+        [](int i, int n) { return std::min(i, n - i); },
+        [&](int, int) { return random.between(0, 3); },
+        [&](int, int) { return random.between(-1000000, 1000000) / 1000.0; },
+        [&](int i, int) { return i % 3 ? random.between(0, 9) : i % 2 ? INFINITY : -INFINITY; },
     };
-    for (const auto& [name, pattern] : patterns)
+    for (const auto& pattern : patterns)
         for (int n : {1, 2, 3, 9, 10, 11, 19, 64, 1000, 4097}) {
             std::vector<double> values;
             for (int i = 0; i < n; ++i) values.push_back(pattern(i, n));
             std::vector<double> wanted = values;
             std::sort(wanted.begin(), wanted.end());
             EXPECT_EQ(ownSort_64f(values.data(), n), zelStatusOk);
-            EXPECT_EQ(values, wanted) << name << ", " << n << " elements";
+            EXPECT_EQ(values, wanted) << "pattern " << &pattern - patterns;
         }
     EXPECT_EQ(ownSort_64f(nullptr, 0), zelStatusNullPointer);
     EXPECT_EQ(ownSort_64f(std::vector<double>(1).data(), 0), zelStatusBadSize);
+}
+
+std::multiset<double> numbers(std::vector<double> values)
+{
+    std::erase_if(values, [](double value) { return std::isnan(value); });
+    return {values.begin(), values.end()};
 }
 
 TEST(Sort, EndsAndKeepsAllValuesWithNanAmongThem)
 {
     Random random(8);
     for (int n : {9, 10, 33, 500})
-        for (int share : {1, 3, 10, 100}) { // percent of numbers
+        for (int percent : {1, 3, 10, 100}) { // of numbers
             std::vector<double> values;
-            for (int i = 0; i < n; ++i) values.push_back(random.between(1, 100) > share ? NAN : i);
-            const auto numbers = [&] {
-                std::vector<double> found;
-                std::copy_if(values.begin(), values.end(), std::back_inserter(found), [](double v) { return v == v; });
-                std::sort(found.begin(), found.end());
-                return found;
-            };
-            const std::vector<double> before = numbers();
+            for (int i = 0; i < n; ++i) values.push_back(random.between(1, 100) > percent ? NAN : i);
+            const auto before = numbers(values);
             EXPECT_EQ(ownSort_64f(values.data(), n), zelStatusOk);
-            EXPECT_EQ(numbers(), before) << n << " elements, " << share << " percent numbers";
+            EXPECT_EQ(numbers(values), before) << n << " elements, " << percent << " percent numbers";
         }
 }
 
 TEST(Checks, FollowTheirOrderAndWrap)
 {
     short element = 0;
-    const auto steps = [&](int width, int a, int b) { return checkSteps(width, Plane<short>{&element, a}, Plane<short>{&element, b}); };
-    EXPECT_EQ(checkPointers(&element, static_cast<short*>(nullptr)), zelStatusNullPointer);
-    EXPECT_EQ(checkPointers(&element, &element), zelStatusOk);
-    EXPECT_EQ(checkSize({0, 1}), zelStatusBadSize);
+    const auto steps = [&](int width, int a, int b) {
+        return checkSteps(width, Plane<short>{&element, a}, Plane<short>{&element, b});
+    };
     EXPECT_EQ(checkSize({1, INT_MIN}), zelStatusBadSize);
-    EXPECT_EQ(checkSize({1, 1}), zelStatusOk);
-    EXPECT_EQ(steps(3, 6, 6), zelStatusOk);
-    EXPECT_EQ(steps(3, 6, 5), zelStatusBadStep);
     EXPECT_EQ(steps(3, 7, 5), zelStatusBadStep) << "sizes come before alignments";
     EXPECT_EQ(steps(3, 8, 7), zelStatusStepNotAligned);
-    EXPECT_EQ(steps(3, -6, 6), zelStatusBadStep);
     EXPECT_EQ(steps(INT_MAX, 0, 0), zelStatusOk) << "the product wraps to -2";
 }
 

@@ -1,5 +1,5 @@
 // Haar classifier stages against their definition. This program brings its own zelMalloc, which can be told to fail.
-#include "support/images.h"
+#include "support/calls.h"
 
 #include <algorithm>
 #include <array>
@@ -11,6 +11,7 @@ using namespace zeltest;
 
 namespace {
 int allocationsLeft = -1; // none fails while this is negative
+int blocks = 0;           // allocated and not yet freed
 std::uint64_t lastAllocation = 0;
 } // namespace
 
@@ -19,10 +20,15 @@ void* zelMalloc(uint64_t bytes)
     lastAllocation = bytes;
     if (allocationsLeft == 0) return nullptr;
     if (allocationsLeft > 0) --allocationsLeft;
+    ++blocks;
     return std::aligned_alloc(64, (bytes + 63) / 64 * 64);
 }
 
-void zelFree(void* block) { std::free(block); }
+void zelFree(void* block)
+{
+    blocks -= block != nullptr;
+    std::free(block);
+}
 
 namespace {
 
@@ -115,70 +121,63 @@ bool decides(const Classifier<N>& c, const Image<E>& src, const Image<E>& tilt, 
             const ZeliPoint p = c.corners[j][std::size_t(k)];
             return Mixed && c.tilted ? tilt.at(x + p.x + 1, y + p.y + 1) : src.at(x + p.x, y + p.y);
         };
-        if constexpr (std::is_integral_v<E>) {
-            const Zel32s box = low32(std::int64_t(at(0)) - at(1) - at(2) + at(3));
-            if constexpr (std::is_integral_v<N>)
-                products.push_back(low32(std::int64_t(box) * c.weights[j]));
-            else
-                products.push_back(N(box) * c.weights[j]);
+        if constexpr (std::is_floating_point_v<E>) {
+            products.push_back((at(0) - at(1) - at(2) + at(3)) * c.weights[j]);
         } else {
-            products.push_back(((at(0) - at(1)) - at(2) + at(3)) * c.weights[j]);
+            const Zel32s box = low32(std::int64_t(at(0)) - at(1) - at(2) + at(3));
+            if constexpr (std::is_integral_v<N>) products.push_back(low32(std::int64_t(box) * c.weights[j]));
+            else products.push_back(N(box) * c.weights[j]);
         }
     }
-    if constexpr (std::is_integral_v<N>) {
-        std::int64_t total = 0;
-        for (N product : products) total += product;
+    if (!Mixed && std::is_floating_point_v<E> && c.grouped && products.size() == 3)
+        std::rotate(products.begin(), products.begin() + 1, products.end()); // the first comes last
+    if constexpr (std::is_floating_point_v<N>) {
+        return c.threshold * norm > std::accumulate(products.begin(), products.end(), N(0));
+    } else {
+        std::int64_t total = std::accumulate(products.begin(), products.end(), std::int64_t(0));
         const std::int64_t limit = std::int64_t(c.threshold) * norm;
         if (!Mixed) return low32(total) < low32(limit);
-        for (std::int64_t i = std::max<std::int64_t>(scaleFactor, -64); i < 0; ++i)
-            total = std::int64_t(std::uint64_t(total) * 2);
+        for (int i = std::max(scaleFactor, -64); i < 0; ++i) total = std::int64_t(std::uint64_t(total) * 2);
         return total < limit;
-    } else {
-        N total = 0;
-        for (N product : products) total += product;
-        if (!Mixed && std::is_floating_point_v<E> && c.grouped && products.size() == 3)
-            total = (products[1] + products[2]) + products[0];
-        return c.threshold * norm > total;
     }
 }
 
 // ---- the six members
 
-template <class E_, class N_, auto Function, bool Mixed>
+template <class N>
+struct Kind;
+#define KIND(N, token)                                                                                                 \
+    template <>                                                                                                        \
+    struct Kind<N> {                                                                                                   \
+        using State = ZeliHaarClassifier_##token;                                                                      \
+        static constexpr auto upright = zeliHaarClassifierInitAlloc_##token;                                           \
+        static constexpr auto tilted = zeliTiltedHaarClassifierInitAlloc_##token;                                      \
+        static constexpr auto release = zeliHaarClassifierFree_##token;                                                \
+        static constexpr auto size = zeliGetHaarClassifierSize_##token;                                                \
+        static constexpr auto tilt = zeliTiltHaarFeatures_##token;                                                     \
+    };
+KIND(Zel32f, 32f)
+KIND(Zel32s, 32s)
+
+template <class E_, class N_, auto function, bool Mixed>
 struct Member {
     using E = E_;
     using N = N_;
-    using State = std::conditional_t<std::is_integral_v<N>, ZeliHaarClassifier_32s, ZeliHaarClassifier_32f>;
     static constexpr bool kMixed = Mixed;
 
-    struct Arguments {
-        E* src;
-        int srcStep;
-        E* tilt;
-        int tiltStep;
-        N* norm;
-        int normStep;
-        Zel8u* mask;
-        int maskStep;
-        ZeliSize size;
-        Zel32s* positive;
-        N threshold;
-        State* state;
-        int scaleFactor;
-    };
-    static ZelStatus call(const Arguments& a)
+    // use(arguments...) with those of the member.
+    template <class Src, class Norm, class Mask, class Use>
+    static auto with(Src& src, Src& tilt, Norm& norm, Mask& mask, ZeliSize size, Zel32s* positive, N threshold,
+                     const typename Kind<N>::State* state, int scaleFactor, const Use& use)
     {
-        const auto tail = [&](auto... images) {
+        const auto scaled = [&](auto&... images) {
             if constexpr (std::is_integral_v<N>)
-                return Function(images..., a.norm, a.normStep, a.mask, a.maskStep, a.size, a.positive, a.threshold, a.state,
-                                a.scaleFactor);
+                return use(function, images..., norm, mask, size, positive, threshold, state, scaleFactor);
             else
-                return Function(images..., a.norm, a.normStep, a.mask, a.maskStep, a.size, a.positive, a.threshold, a.state);
+                return use(function, images..., norm, mask, size, positive, threshold, state);
         };
-        if constexpr (Mixed)
-            return tail(a.src, a.srcStep, a.tilt, a.tiltStep);
-        else
-            return tail(a.src, a.srcStep);
+        if constexpr (Mixed) return scaled(src, tilt);
+        else return scaled(src);
     }
 };
 
@@ -189,26 +188,7 @@ using Members = testing::Types<Member<Zel32f, Zel32f, zeliApplyHaarClassifier_32
                                Member<Zel32s, Zel32f, zeliApplyMixedHaarClassifier_32s32f_C1R, true>,
                                Member<Zel32s, Zel32s, zeliApplyMixedHaarClassifier_32s_C1RSfs, true>>;
 
-template <class N>
-struct Kind;
-template <>
-struct Kind<Zel32f> {
-    using State = ZeliHaarClassifier_32f;
-    static constexpr auto upright = zeliHaarClassifierInitAlloc_32f;
-    static constexpr auto tilted = zeliTiltedHaarClassifierInitAlloc_32f;
-    static constexpr auto release = zeliHaarClassifierFree_32f;
-    static constexpr auto size = zeliGetHaarClassifierSize_32f;
-    static constexpr auto tilt = zeliTiltHaarFeatures_32f;
-};
-template <>
-struct Kind<Zel32s> {
-    using State = ZeliHaarClassifier_32s;
-    static constexpr auto upright = zeliHaarClassifierInitAlloc_32s;
-    static constexpr auto tilted = zeliTiltedHaarClassifierInitAlloc_32s;
-    static constexpr auto release = zeliHaarClassifierFree_32s;
-    static constexpr auto size = zeliGetHaarClassifierSize_32s;
-    static constexpr auto tilt = zeliTiltHaarFeatures_32s;
-};
+constexpr auto kCall = [](auto function, auto&... given) { return call(function, given...); };
 
 template <class N>
 struct Free {
@@ -231,21 +211,17 @@ Owned<N> make(const Stage<N>& s, bool tilted)
 
 // Runs one stage on random images and compares mask and count. Returns the number of survivors.
 template <class M>
-int expectDefinition(Random& random, const std::vector<Classifier<typename M::N>>& classifiers, typename M::State* state,
-                     ZeliSize size, Texture texture, int density, typename M::N threshold, int scaleFactor = 0)
+int expectDefinition(Random& random, const std::vector<Classifier<typename M::N>>& classifiers,
+                     const Owned<typename M::N>& state, ZeliSize size, Texture texture, int density,
+                     typename M::N threshold, int scaleFactor = 0)
 {
     using E = typename M::E;
     using N = typename M::N;
-    Image<E> src(random, size.width, size.height, texture, 16), tilt(random, size.width, size.height, texture, 16);
-    Image<N> norm(random, size.width, size.height, texture);
-    Image<Zel8u> mask(random, size.width, size.height);
-    for (int y = 0; y < size.height; ++y)
-        for (int x = 0; x < size.width; ++x)
-            mask.set(x, y, Zel8u(random.between(1, 100) > density ? 0 : random.between(1, 255)));
-    mask.mark();
+    Image<E> src(random, size, texture, 16), tilt(random, size, texture, 16);
+    Image<N> norm(random, size, texture);
+    Image<Zel8u> mask = makeMask(random, size, density);
     Zel32s positive = -1, wanted = 0;
-    EXPECT_EQ(zelStatusOk, M::call({src.data(), src.step(), tilt.data(), tilt.step(), norm.data(), norm.step(), mask.data(),
-                                    mask.step(), size, &positive, threshold, state, scaleFactor}));
+    EXPECT_EQ(zelStatusOk, M::with(src, tilt, norm, mask, size, &positive, threshold, state.get(), scaleFactor, kCall));
     mask.expect([&](int x, int y) {
         if (mask.before(x, y) == 0) return Zel8u(0);
         N sum = 0;
@@ -265,8 +241,13 @@ int expectDefinition(Random& random, const std::vector<Classifier<typename M::N>
     return positive;
 }
 
+// No test leaves a block behind.
+class Haar : public testing::Test {
+protected:
+    void TearDown() override { EXPECT_EQ(0, blocks); }
+};
 template <class M>
-class HaarApply : public testing::Test {};
+class HaarApply : public Haar {};
 TYPED_TEST_SUITE(HaarApply, Members);
 
 TYPED_TEST(HaarApply, EqualsDefinition)
@@ -281,7 +262,7 @@ TYPED_TEST(HaarApply, EqualsDefinition)
             for (Texture texture : {Texture::Noise, Texture::Extremes, Texture::Smooth})
                 for (int width : {1, 3, 4, 7, 8, 9, 15, 16, 17, 31, 33, 50})
                     for (int density : {0, 3, 30, 95, 100}) {
-                        survivors += expectDefinition<TypeParam>(random, stage.classifiers(tilted), state.get(), {width, 3},
+                        survivors += expectDefinition<TypeParam>(random, stage.classifiers(tilted), state, {width, 3},
                                                                  texture, density, number<N>(random, 30));
                         pixels += width * 3 * density / 100;
                     }
@@ -294,7 +275,7 @@ TYPED_TEST(HaarApply, EqualsDefinition)
     for (std::size_t i = 0; i < counts.size(); ++i) counts[i] += i % 3 == 0;
     const auto stage = randomStage<N>(random, counts);
     for (const bool tilted : {false, true})
-        expectDefinition<TypeParam>(random, stage.classifiers(tilted), make(stage, tilted).get(), {50, 3}, Texture::Noise,
+        expectDefinition<TypeParam>(random, stage.classifiers(tilted), make(stage, tilted), {50, 3}, Texture::Noise,
                                     70, 0);
 }
 
@@ -308,12 +289,12 @@ TYPED_TEST(HaarApply, KnowsEmptyStagesAndNotANumber)
         stage.values1 = stage.values2 = {std::numeric_limits<N>::quiet_NaN()};
         const auto state = make(stage, false);
         const auto classifiers = stage.classifiers(false);
-        EXPECT_EQ(100, expectDefinition<TypeParam>(random, classifiers, state.get(), size, Texture::Noise, 100, 1));
+        EXPECT_EQ(100, expectDefinition<TypeParam>(random, classifiers, state, size, Texture::Noise, 100, 1));
     }
     stage.counts.clear();
     const auto state = make(stage, false);
-    EXPECT_EQ(100, expectDefinition<TypeParam>(random, {}, state.get(), size, Texture::Noise, 100, 0));
-    EXPECT_EQ(0, expectDefinition<TypeParam>(random, {}, state.get(), size, Texture::Noise, 100, 1));
+    EXPECT_EQ(100, expectDefinition<TypeParam>(random, {}, state, size, Texture::Noise, 100, 0));
+    EXPECT_EQ(0, expectDefinition<TypeParam>(random, {}, state, size, Texture::Noise, 100, 1));
     ZeliSize extent = {7, 7};
     EXPECT_EQ(zelStatusOk, Kind<N>::size(state.get(), &extent));
     EXPECT_EQ(0, extent.width + extent.height);
@@ -328,9 +309,9 @@ TYPED_TEST(HaarApply, ScalesInTheMixedIntegerMemberAlone)
         const auto classifiers = stage.classifiers(false);
         for (int scaleFactor : {0, -1, -3, -31, -32, -63, -64, -1000, std::numeric_limits<int>::min()})
             for (Texture texture : {Texture::Smooth, Texture::Extremes})
-                expectDefinition<TypeParam>(random, classifiers, state.get(), {41, 3}, texture, 80, 3, scaleFactor);
+                expectDefinition<TypeParam>(random, classifiers, state, {41, 3}, texture, 80, 3, scaleFactor);
         if (!TypeParam::kMixed)
-            expectDefinition<TypeParam>(random, classifiers, state.get(), {41, 3}, Texture::Smooth, 80, 3, 1);
+            expectDefinition<TypeParam>(random, classifiers, state, {41, 3}, Texture::Smooth, 80, 3, 1);
     }
 }
 
@@ -373,12 +354,20 @@ TYPED_TEST(HaarApply, TiltsChosenClassifiersOnce)
             EXPECT_EQ(zelStatusOk, Kind<N>::size(state.get(), &size));
             EXPECT_EQ(wanted.width, size.width);
             EXPECT_EQ(wanted.height, size.height);
-            expectDefinition<TypeParam>(random, classifiers, state.get(), {37, 4}, Texture::Noise, 70, 1);
+            expectDefinition<TypeParam>(random, classifiers, state, {37, 4}, Texture::Noise, 70, 1);
             EXPECT_EQ(zelStatusBadArgument, Kind<N>::tilt(chosen, flag, state.get()));
         }
     const auto tilted = make(randomStage<N>(random, {1, 2}), true);
     EXPECT_EQ(zelStatusBadArgument, Kind<N>::tilt(reinterpret_cast<const Zel8u*>("none"), 0, tilted.get()));
 }
+
+// A plane that is no image.
+template <class T>
+struct Memory {
+    T* data;
+    int step;
+    friend auto arguments(Memory& plane) { return std::make_tuple(plane.data, plane.step); }
+};
 
 // The integral image ends right behind what the surviving pixels read, on either side.
 TYPED_TEST(HaarApply, ReadsForSurvivorsOnly)
@@ -400,66 +389,49 @@ TYPED_TEST(HaarApply, ReadsForSurvivorsOnly)
             for (int x = first; x <= last; ++x) mask[std::size_t(x)] = Zel8u(x == first || x == last || x % 5 > 1);
             const auto marked = int(std::count_if(mask.begin(), mask.end(), [](Zel8u byte) { return byte != 0; }));
             Zel32s positive = 0;
-            EXPECT_EQ(zelStatusOk, TypeParam::call({src.data() - first, 160, tilt.data(), 160, norm.data() - first, 160,
-                                                    mask.data(), 40, {40, 1}, &positive, 1, state.get(), 0}));
+            Memory<E> srcPlane{src.data() - first, 160}, tiltPlane{tilt.data(), 160};
+            Memory<N> normPlane{norm.data() - first, 160};
+            Memory<Zel8u> maskPlane{mask.data(), 40};
+            EXPECT_EQ(zelStatusOk, TypeParam::with(srcPlane, tiltPlane, normPlane, maskPlane, {40, 1}, &positive, 1,
+                                                   state.get(), 0, kCall));
             EXPECT_EQ(marked, positive);
         }
 }
 
 TYPED_TEST(HaarApply, ChecksInOrder)
 {
-    using A = typename TypeParam::Arguments;
     using N = typename TypeParam::N;
     Random random(5);
+    const ZeliSize size{20, 4};
     const auto state = make(randomStage<N>(random, {2}), false);
-    Image<typename TypeParam::E> src(random, 20, 4, Texture::Noise, 16), tilt(random, 20, 4, Texture::Noise, 16);
-    Image<N> norm(random, 20, 4);
-    Image<Zel8u> mask(random, 20, 4);
+    Image<typename TypeParam::E> src(random, size, Texture::Noise, 16), tilt(random, size, Texture::Noise, 16);
+    Image<N> norm(random, size);
+    Image<Zel8u> mask(random, size);
     Zel32s positive = -1;
-    std::vector<Fault<A>> faults = {
-        {"null src", zelStatusNullPointer, [](A& f) { f.src = nullptr; }},
-        {"null tilt", zelStatusNullPointer, [](A& f) { f.tilt = nullptr; }},
-        {"null norm", zelStatusNullPointer, [](A& f) { f.norm = nullptr; }},
-        {"null mask", zelStatusNullPointer, [](A& f) { f.mask = nullptr; }},
-        {"null positive", zelStatusNullPointer, [](A& f) { f.positive = nullptr; }},
-        {"null state", zelStatusNullPointer, [](A& f) { f.state = nullptr; }},
-        {"height 0", zelStatusBadSize, [](A& f) { f.size.height = 0; }},
-        {"width -1", zelStatusBadSize, [](A& f) { f.size.width = -1; }},
-        {"srcStep short", zelStatusBadStep, [](A& f) { f.srcStep = 79; }},
-        {"tiltStep short", zelStatusBadStep, [](A& f) { f.tiltStep = 79; }},
-        {"normStep short", zelStatusBadStep, [](A& f) { f.normStep = -80; }},
-        {"maskStep short", zelStatusBadStep, [](A& f) { f.maskStep = 19; }},
-        {"srcStep odd", zelStatusStepNotAligned, [](A& f) { f.srcStep = 81; }},
-        {"tiltStep odd", zelStatusStepNotAligned, [](A& f) { f.tiltStep = 82; }},
-        {"normStep odd", zelStatusStepNotAligned, [](A& f) { f.normStep = 83; }},
-        {"scaleFactor 1", zelStatusBadArgument, [](A& f) { f.scaleFactor = 1; }},
-    };
-    std::erase_if(faults, [](const Fault<A>& fault) {
-        return (!TypeParam::kMixed && std::strstr(fault.what, "tilt")) ||
-               (!(TypeParam::kMixed && std::is_integral_v<N>) && std::strstr(fault.what, "scaleFactor"));
+    TypeParam::with(src, tilt, norm, mask, size, &positive, 0, state.get(), 0, [](auto function, auto&... given) {
+        Checks checks(function, given...);
+        checks.usual();
+        if (TypeParam::kMixed && std::is_integral_v<N>) checks.values(-1, zelStatusBadArgument, {1});
+        checks.expect();
     });
-    expectCheckOrder(A{src.data(), src.step(), tilt.data(), tilt.step(), norm.data(), norm.step(), mask.data(), mask.step(),
-                       {20, 4}, &positive, 0, state.get(), 0}, faults, TypeParam::call);
-    EXPECT_TRUE(mask.untouched());
-    EXPECT_EQ(-1, positive);
 }
 
 TYPED_TEST(HaarApply, DoesNothingWithoutMemory)
 {
     using N = typename TypeParam::N;
     Random random(6);
+    const ZeliSize size{20, 4};
     const auto stage = randomStage<N>(random, {2, 3, 1});
     const auto state = make(stage, false);
-    Image<typename TypeParam::E> src(random, 20, 4, Texture::Noise, 16);
-    Image<N> norm(random, 20, 4);
-    Image<Zel8u> mask(random, 20, 4);
-    Zel32s positive = -1;
     allocationsLeft = 0;
     if (TypeParam::kMixed) {
-        expectDefinition<TypeParam>(random, stage.classifiers(false), state.get(), {20, 4}, Texture::Noise, 100, 0);
+        expectDefinition<TypeParam>(random, stage.classifiers(false), state, size, Texture::Noise, 100, 0);
     } else {
-        EXPECT_EQ(zelStatusOk, TypeParam::call({src.data(), src.step(), src.data(), src.step(), norm.data(), norm.step(),
-                                                mask.data(), mask.step(), {20, 4}, &positive, 0, state.get(), 0}));
+        Image<typename TypeParam::E> src(random, size, Texture::Noise, 16);
+        Image<N> norm(random, size);
+        Image<Zel8u> mask(random, size);
+        Zel32s positive = -1;
+        EXPECT_EQ(zelStatusOk, TypeParam::with(src, src, norm, mask, size, &positive, 0, state.get(), 0, kCall));
         EXPECT_TRUE(mask.untouched());
         EXPECT_EQ(-1, positive);
     }
@@ -469,7 +441,7 @@ TYPED_TEST(HaarApply, DoesNothingWithoutMemory)
 // ---- creation
 
 template <class N>
-class HaarState : public testing::Test {};
+class HaarState : public Haar {};
 using Numbers = testing::Types<Zel32f, Zel32s>;
 TYPED_TEST_SUITE(HaarState, Numbers);
 
@@ -504,15 +476,13 @@ TYPED_TEST(HaarState, CreationFailsInOrder)
         for (int i = 1; i <= 7; ++i) faults.push_back({"null pointer", zelStatusNullPointer, [=](A& a) { a.null = i; }});
         faults.push_back({"count -1", zelStatusBadSize, [](A& a) { a.count = -1; }});
         faults.push_back({"no rectangles", zelStatusBadSize, [](A& a) { a.stage.counts[2] = 0; }});
-        if (!early) faults.push_back({"no memory", zelStatusNoMemory, [](A& a) { a.noMemory = true; }});
         // of the classifier of three, so that that of two has been written before
-        faults.push_back({"x -1", zelStatusBadArgument, [](A& a) { a.stage.rects[2].x = -1; }});
-        faults.push_back({"y -1", zelStatusBadArgument, [](A& a) { a.stage.rects[2].y = -1; }});
-        faults.push_back({"width 0", zelStatusBadArgument, [](A& a) { a.stage.rects[2].width = 0; }});
-        faults.push_back({"height 0", zelStatusBadArgument, [](A& a) { a.stage.rects[2].height = 0; }});
-        if (tilted)
-            faults.push_back({"beyond the left edge", zelStatusBadArgument, [](A& a) { a.stage.rects[2] = {3, 3, 1, 5}; }});
-        if (early) faults.push_back({"no memory", zelStatusNoMemory, [](A& a) { a.noMemory = true; }});
+        std::vector<ZeliRect> bad = {{-1, 3, 2, 2}, {3, -1, 2, 2}, {3, 3, 0, 2}, {3, 3, 2, 0}};
+        if (tilted) bad.push_back({3, 3, 1, 5}); // beyond the left edge
+        for (const ZeliRect rect : bad)
+            faults.push_back({"rectangle", zelStatusBadArgument, [=](A& a) { a.stage.rects[2] = rect; }});
+        const Fault<A> noMemory = {"no memory", zelStatusNoMemory, [](A& a) { a.noMemory = true; }};
+        faults.insert(early ? faults.end() : faults.begin() + 9, noMemory);
         expectCheckOrder(A{randomStage<N>(random, {1, 3, 2})}, faults, call);
     }
     auto stage = randomStage<N>(random, {1});

@@ -1,4 +1,4 @@
-// What the tests of all families share: random images inside guard bytes, thread settings, checks of status order.
+// What the tests of all families share: random images inside guard bytes, masks, scratch buffers, thread settings.
 #pragma once
 
 #include "zelcv.h"
@@ -7,7 +7,6 @@
 #include <omp.h>
 
 #include <cstring>
-#include <functional>
 #include <limits>
 #include <string>
 #include <type_traits>
@@ -61,20 +60,24 @@ template <class T>
 class Image {
 public:
     Image(Random& random, int width, int height, Texture texture = Texture::Noise, int margin = 0)
-        : width_(width), height_(height)
+        : width_(width), height_(height), margin_(margin)
     {
         const int row = (width + 2 * margin) * int(sizeof(T));
         step_ = row + random.between(0, 9) * int(sizeof(T));
         offset_ = 64 + std::size_t(random.between(0, 15)) * sizeof(T) + margin * (std::size_t(step_) + sizeof(T));
         bytes_.resize(offset_ + std::size_t(step_) * std::size_t(height + 2 * margin) + 256);
         for (auto& byte : bytes_) byte = static_cast<unsigned char>(random.next() >> 9);
-        for (int y = -margin; y < height + margin; ++y)
-            for (int x = -margin; x < width + margin; ++x) set(x, y, randomElement<T>(random, texture, x, y));
-        before_ = bytes_;
+        fill([&](int x, int y) { return randomElement<T>(random, texture, x, y); });
+    }
+    Image(Random& random, ZeliSize size, Texture texture = Texture::Noise, int margin = 0)
+        : Image(random, size.width, size.height, texture, margin)
+    {
     }
 
     T* data() { return reinterpret_cast<T*>(bytes_.data() + offset_); }
+    const T* data() const { return reinterpret_cast<const T*>(bytes_.data() + offset_); }
     int step() const { return step_; }
+    int rowBytes() const { return width_ * int(sizeof(T)); }
     int width() const { return width_; }
     int height() const { return height_; }
 
@@ -92,6 +95,14 @@ public:
         return value;
     }
     void set(int x, int y, T value) { std::memcpy(bytes_.data() + position(x, y), &value, sizeof value); }
+    // All elements, those of the margin too, become value(x, y).
+    template <class Value>
+    void fill(const Value& value)
+    {
+        for (int y = -margin_; y < height_ + margin_; ++y)
+            for (int x = -margin_; x < width_ + margin_; ++x) set(x, y, T(value(x, y)));
+        mark();
+    }
 
     // Every byte is as it was when the image was made or last marked.
     bool untouched() const { return bytes_ == before_; }
@@ -121,13 +132,24 @@ public:
 private:
     std::size_t position(int x, int y) const
     {
-        return std::size_t(std::ptrdiff_t(offset_) + std::ptrdiff_t(y) * step_ + std::ptrdiff_t(x) * std::ptrdiff_t(sizeof(T)));
+        return std::size_t(std::ptrdiff_t(offset_) + std::ptrdiff_t(y) * step_ + x * std::ptrdiff_t(sizeof(T)));
     }
 
-    int width_, height_, step_ = 0;
+    int width_, height_, margin_, step_ = 0;
     std::size_t offset_ = 0;
     std::vector<unsigned char> bytes_, before_;
 };
+
+// A mask of which `percent` of the pixels are selected, by any byte that is not 0; or one pixel alone.
+constexpr int kOnePixel = -1;
+inline Image<Zel8u> makeMask(Random& random, ZeliSize size, int percent)
+{
+    Image<Zel8u> mask(random, size);
+    mask.fill([&](int, int) { return random.between(1, 100) > percent ? 0 : random.between(1, 255); });
+    if (percent == kOnePixel) mask.set(random.between(0, size.width - 1), random.between(0, size.height - 1), 0x80);
+    mask.mark();
+    return mask;
+}
 
 // A scratch buffer of exactly `size` bytes at a random alignment, between guard bytes that must stay as they are.
 class Buffer {
@@ -185,28 +207,6 @@ void underAllThreadings(const Test& test)
 #pragma omp master
         test();
     }
-}
-
-// One way to spoil good arguments, and the status that must come of it.
-template <class Arguments>
-struct Fault {
-    const char* what;
-    ZelStatus status;
-    std::function<void(Arguments&)> apply;
-};
-
-// Faults in the order of the checks: each alone gives its status, and of any two the earlier one wins.
-template <class Arguments, class Call>
-void expectCheckOrder(const Arguments& good, const std::vector<Fault<Arguments>>& faults, const Call& call)
-{
-    for (std::size_t first = 0; first < faults.size(); ++first)
-        for (std::size_t second = first; second < faults.size(); ++second) {
-            Arguments arguments = good;
-            faults[second].apply(arguments);
-            faults[first].apply(arguments); // last, so that it holds where both change the same argument
-            EXPECT_EQ(call(arguments), faults[first].status)
-                << faults[first].what << ", together with " << faults[second].what;
-        }
 }
 
 } // namespace zeltest
