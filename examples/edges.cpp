@@ -33,8 +33,8 @@ std::vector<Zel8u> edges(const std::vector<Zel8u>& picture, ZeliSize size, Zel32
                                                    zeliBorderReplicate, 0, scratch.data()));
     require(zeliFilterSobelHorizBorder_8u16s_C1R(picture.data(), size.width, dy.data(), derivativeStep, size, zeliMask3x3,
                                                  zeliBorderReplicate, 0, scratch.data()));
-    require(zeliCanny_16s8u_C1R(dx.data(), derivativeStep, dy.data(), derivativeStep, result.data(), size.width, size, low, high,
-                                scratch.data()));
+    require(zeliCanny_16s8u_C1R(dx.data(), derivativeStep, dy.data(), derivativeStep, result.data(), size.width, size, low,
+                                high, scratch.data()));
     return result;
 }
 

@@ -250,9 +250,9 @@ ZELCV_API ZelStatus zeliAbsDiffC_32f_C1R(const Zel32f* src, int srcStep, Zel32f*
  *   src, src1, src2   frames; mask: one byte a pixel; srcDst: the accumulator, read and written, not overlapping a frame
  *   ...Step           bytes from row to row; roiSize: region in pixels
  *   alpha             weight of the new frame; any value is used as it stands
- * Errors, in this order: null pointer -8; width or height below 1 -6; a step below a row -14; a step of 16u or 32f planes that
- * is not a multiple of the element -108. With 16u sources the source steps are checked whole, -14 and -108, before the others.
- * No scratch. From 0x40000 pixels on several threads, but for zeliAddWeighted_32f_C1R.
+ * Errors, in this order: null pointer -8; width or height below 1 -6; a step below a row -14; a step of 16u or 32f planes
+ * that is not a multiple of the element -108. With 16u sources the source steps are checked whole, -14 and -108, before the
+ * others. No scratch. From 0x40000 pixels on several threads, but for zeliAddWeighted_32f_C1R.
  */
 
 /* Adds a 8u frame. */
@@ -394,9 +394,9 @@ ZELCV_API ZelStatus zeliAddWeighted_32f_C1R(const Zel32f* src1, int src1Step, co
  *   roiSize         region in pixels
  *   coi             C3C forms: the channel of three that is read, 1..3
  *   mean, stdDev    results; Mean_StdDev stores those that are not null
- * Errors, in this order: null src, mask (and mean, in zeliMean) -8; width or height below 1 -6; a step below a row -14; srcStep
- * not a multiple of the element -108 (16u: before maskStep is looked at); coi -52. No scratch; large regions run on several
- * threads, and 32f sums are then the sums of the bands' sums.
+ * Errors, in this order: null src, mask (and mean, in zeliMean) -8; width or height below 1 -6; a step below a row -14;
+ * srcStep not a multiple of the element -108 (16u: before maskStep is looked at); coi -52. No scratch; large regions run on
+ * several threads, and 32f sums are then the sums of the bands' sums.
  */
 
 /* Mean of the masked pixels of an 8u image. */
@@ -512,9 +512,9 @@ ZELCV_API ZelStatus zeliMean_StdDev_32f_C3CMR(const Zel32f* src, int srcStep, co
  *   coi                     C3C forms: the channel of three that is read, 1..3
  *   value                   the result
  * Errors, in this order: null pointer -8; width or height below 1 -6; a step below a row -14; a source step not a multiple of
- * the element -108 (zeliNorm: before maskStep is looked at); coi -52. zeliNormRel warns with zelStatusZeroDivisor (6) when the
- * norm of src2 is 0, and gives NaN where the difference has norm 0, -infinity where that is NaN, else +infinity. No scratch;
- * most run on several threads.
+ * the element -108 (zeliNorm: before maskStep is looked at); coi -52. zeliNormRel warns with zelStatusZeroDivisor (6) when
+ * the norm of src2 is 0, and gives NaN where the difference has norm 0, -infinity where that is NaN, else +infinity. No
+ * scratch; most run on several threads.
  */
 
 /* Inf norm of an image, 8u, one channel. */
@@ -807,9 +807,9 @@ ZELCV_API ZelStatus zeliNormRel_L2_32f_C3CMR(const Zel32f* src1, int src1Step, c
 
 /* ==== Minimum and maximum with position ==========================================================================
  *
- * The smallest and the largest value of a region, or of its masked pixels, and where each first stands: the uppermost row, and
- * in it the leftmost pixel. Without a masked pixel everything is 0. With several threads and a mask, a band without a masked
- * pixel takes part with the value 0.
+ * The smallest and the largest value of a region, or of its masked pixels, and where each first stands: the uppermost row,
+ * and in it the leftmost pixel. Without a masked pixel everything is 0. With several threads and a mask, a band without a
+ * masked pixel takes part with the value 0.
  *
  *   src, srcStep, mask, maskStep, roiSize, coi   as for the norms
  *   minVal, maxVal       values, in single precision
@@ -897,8 +897,8 @@ ZELCV_API ZelStatus zeliMinMaxIndx_32f_C3CMR(const Zel32f* src, int srcStep, con
  * 32s sums wrap. 32f sums: upright, the row's integer sum is converted and added in single to the element above; tilted, each
  * element is computed in double and rounded, and column `width` is added to what already stands there: clear it first.
  * zeliTiltedSqrIntegral_8u32s_C1R reads one pixel behind each source row.
- * Errors, in this order: null pointer -8; width or height below 1 -6; a step below a row of its plane -14; a step not a multiple
- * of its element -108. No scratch; on the calling thread.
+ * Errors, in this order: null pointer -8; width or height below 1 -6; a step below a row of its plane -14; a step not a
+ * multiple of its element -108. No scratch; on the calling thread.
  */
 
 /* Upright sums in 32s. */
@@ -950,9 +950,9 @@ ZELCV_API ZelStatus zeliTiltedSqrIntegral_8u32f64f_C1R(const Zel8u* src, int src
  *   dst         one value for each pixel of roiSize
  *   rect        the rectangle, relative to the pixel
  *   scaleFactor Sfs forms: the result is multiplied by 2^-scaleFactor and rounded half up
- * Errors, in this order: null pointer -8; width or height below 1 -6; a step below its row (roiSize.width + rect.x + rect.width
- * elements of src and sqr; tilted: rect.x + rect.y + rect.width + rect.height + roiSize.width - 1) -14; a step not a multiple of
- * its element -108; rect.x or rect.y negative, rect.width or rect.height below 1 -6. No scratch.
+ * Errors, in this order: null pointer -8; width or height below 1 -6; a step below its row (roiSize.width + rect.x +
+ * rect.width elements of src and sqr; tilted: rect.x + rect.y + rect.width + rect.height + roiSize.width - 1) -14; a step
+ * not a multiple of its element -108; rect.x or rect.y negative, rect.width or rect.height below 1 -6. No scratch.
  */
 
 /* Upright rectangle; sums 32f, squares 64f, result 32f. */
@@ -1546,7 +1546,8 @@ ZELCV_API ZelStatus zeliGenSobelKernel_32f(Zel32f* dst, int kernelSize, int orde
  *   lowThreshold, highThreshold   0 <= low <= high; the 16s form cuts lowThreshold to an integer
  *   buffer          as many bytes as zeliCannyGetSize says; one buffer serves one call at a time
  * Errors, in this order: null srcDx, srcDy, dst, buffer -8; width or height below 1 -6; a step below a row -14; a source step
- * not a multiple of its element -108; lowThreshold below 0 or highThreshold below lowThreshold -5. Runs on the calling thread.
+ * not a multiple of its element -108; lowThreshold below 0 or highThreshold below lowThreshold -5. Runs on the calling
+ * thread.
  */
 
 /* Bytes of scratch for both zeliCanny functions. Null bufferSize -8; width or height below 1 -6. */

@@ -60,7 +60,8 @@ const bool registered = [] {
     SCHARR(ScharrHoriz)
     SCHARR(ScharrVert)
     measure("zeliFilterSobelVertBorder_8u16s_C1R/5x5/2 threads", 3,
-            filter<Zel8u, Zel16s>(zeliFilterSobelVertGetBufferSize_8u16s_C1R, zeliFilterSobelVertBorder_8u16s_C1R, zeliMask5x5),
+            filter<Zel8u, Zel16s>(zeliFilterSobelVertGetBufferSize_8u16s_C1R, zeliFilterSobelVertBorder_8u16s_C1R,
+                                  zeliMask5x5),
             2);
     return true;
 }();

@@ -13,7 +13,7 @@ constexpr ZeliSize kSizes[] = {{640, 480}, {1920, 1080}, {3840, 2160}};
 
 std::string suffix(ZeliSize size)
 {
-    return "/" + std::to_string(size.width) + "x" + std::to_string(size.height);
+    return std::string("/") + std::to_string(size.width) + "x" + std::to_string(size.height);
 }
 
 void run(const std::string& name, double bytesPerPixel, ZeliSize size, const Prepare& prepare, int threads)

@@ -1,6 +1,7 @@
 // Absolute difference of two images, dst = |src1 - src2|, or of an image and a constant, dst = |src - value|.
 //
-// 8- and 16-bit results always fit. 32f clears the sign bit of the rounded difference, so that a NaN stays one and zero is +0.
+// 8- and 16-bit results always fit. 32f clears the sign bit of the rounded difference, so that a NaN stays one and zero is
+// +0.
 #include "bands.h"
 #include "checks.h"
 #include "map_row.h"

@@ -6,7 +6,8 @@
 //   AddWeighted    a + (s - a) * alpha         (s - a) * (m ? alpha : 0) + a
 //
 // in single precision, one rounding for each operation. The products of 8-bit elements are exact integers, and so they are in
-// single precision. The mask multiplies and does not skip: a masked-off NaN or infinity reaches the accumulator, and -0 becomes +0.
+// single precision. The mask multiplies and does not skip: a masked-off NaN or infinity reaches the accumulator, and -0
+// becomes +0.
 #include "bands.h"
 #include "checks.h"
 #include "map_row.h"

@@ -13,9 +13,9 @@ namespace {
 
 // ---- stages
 
-// A weighted sum of neighbours with fixed taps, symmetric or antisymmetric. The order of the additions, which decides the last
-// bit of 32f: each pair of equally distant neighbours is added or subtracted, then weighted; the pairs follow each other from
-// the outside in; the centre comes last.
+// A weighted sum of neighbours with fixed taps, symmetric or antisymmetric. The order of the additions, which decides the
+// last bit of 32f: each pair of equally distant neighbours is added or subtracted, then weighted; the pairs follow each
+// other from the outside in; the centre comes last.
 template <int... taps>
 struct Taps {
     static constexpr int kCount = sizeof...(taps);
@@ -95,7 +95,8 @@ using Second3 = Taps<1, -2, 1>;
 using Second5 = Taps<1, 0, -2, 0, 1>;
 using Scharr3 = Taps<3, 10, 3>;
 
-// The stages of a family, and the fixed bytes in its 8u16s buffer size, which differ for no reason but that callers know them.
+// The stages of a family, and the fixed bytes in its 8u16s buffer size, which differ for no reason but that callers know
+// them.
 struct SobelHoriz {
     using Row3 = Smooth3; using Column3 = Rising3;
     using Row5 = Smooth5; using Column5 = Rising5;

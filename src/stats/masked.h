@@ -46,7 +46,8 @@ struct Channel {
     int coi;
 };
 
-// Pixels in a run at most: few enough for counters of 8 bits and sums of squared bytes in 32. Gathered elements stay in cache.
+// Pixels in a run at most: few enough for counters of 8 bits and sums of squared bytes in 32. Gathered elements stay in
+// cache.
 template <int channels>
 constexpr int kRunPixels = channels == 1 ? 2048 : 512;
 

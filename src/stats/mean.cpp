@@ -1,9 +1,9 @@
-// Mean and standard deviation of the n selected pixels: S / n and sqrt(|Q / n - mean * mean|), where S is the sum and Q the sum of
-// squares; both 0 when n is 0.
+// Mean and standard deviation of the n selected pixels: S / n and sqrt(|Q / n - mean * mean|), where S is the sum and Q the
+// sum of squares; both 0 when n is 0.
 //
-// Masked-off elements are replaced by zero bits, so that a NaN there has no effect. Integer sums are exact, except that a row of
-// 16u adds in 32 bits, which wrap, and that the squares of 16u rows add in double. The 8s and 16u kernels sum numbers that are
-// moved by half of the range, which keeps bytes unsigned and 16-bit squares within 31 bits.
+// Masked-off elements are replaced by zero bits, so that a NaN there has no effect. Integer sums are exact, except that a
+// row of 16u adds in 32 bits, which wrap, and that the squares of 16u rows add in double. The 8s and 16u kernels sum
+// numbers that are moved by half of the range, which keeps bytes unsigned and 16-bit squares within 31 bits.
 #include "masked.h"
 
 #include <cmath>
@@ -255,7 +255,8 @@ ZelStatus storeMean(Plane<const T> src, int coi, Plane<const Zel8u> mask, ZeliSi
 }
 
 template <int channels, class T, class Selected>
-ZelStatus storeMoments(Plane<const T> src, int coi, Selected selected, ZeliSize roi, Zel64f* mean, Zel64f* deviation, Gate gate)
+ZelStatus storeMoments(Plane<const T> src, int coi, Selected selected, ZeliSize roi, Zel64f* mean, Zel64f* deviation,
+                       Gate gate)
 {
     const Channel<T, channels, 1> channel{{{src}}, coi};
     if (auto status = checkPointers(src.data)) return status;

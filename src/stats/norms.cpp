@@ -1,9 +1,9 @@
-// Norms of the masked pixels of an image (Norm), of a difference src1 - src2 (NormDiff), and of the difference over the norm of
-// src2 (NormRel).
+// Norms of the masked pixels of an image (Norm), of a difference src1 - src2 (NormDiff), and of the difference over the
+// norm of src2 (NormRel).
 //
-// Integers are masked by bits; 32f is multiplied by 0 where the mask is, so that a masked-off NaN or infinity gives NaN. L1 of
-// integers adds a row in 32 bits, which wrap. L2 of integers squares and adds a row in single precision, in four lanes, and
-// rows in double; that of 32f adds in double, pixel by pixel.
+// Integers are masked by bits; 32f is multiplied by 0 where the mask is, so that a masked-off NaN or infinity gives NaN. L1
+// of integers adds a row in 32 bits, which wrap. L2 of integers squares and adds a row in single precision, in four lanes,
+// and rows in double; that of 32f adds in double, pixel by pixel.
 #include "masked.h"
 
 #include <bit>
@@ -54,8 +54,8 @@ struct Difference {
     }
 };
 
-// Calls step(part, count, x) for the vectors of a run: the numbers to take the norm of, masked, as `Of` gives them. The vector
-// is part `part` of a block; of its lanes the first `count` are pixels, all where it is more than there are.
+// Calls step(part, count, x) for the vectors of a run: the numbers to take the norm of, masked, as `Of` gives them. The
+// vector is part `part` of a block; of its lanes the first `count` are pixels, all where it is more than there are.
 template <class Of, class T, std::size_t sources, class Step>
 ZELCV_INLINE inline void forMasked(const Run<T, sources, MaskBytes>& run, const Step& step)
 {
@@ -205,8 +205,8 @@ private:
     double total_ = 0;
 };
 
-// The sums of squares of several rows of integers side by side. Each 16 bytes of a vector belong to a row; a row adds its four
-// lanes in single precision.
+// The sums of squares of several rows of integers side by side. Each 16 bytes of a vector belong to a row; a row adds its
+// four lanes in single precision.
 template <class T>
 class SquaresOfRows {
 public:

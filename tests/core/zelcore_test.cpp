@@ -63,7 +63,8 @@ TEST(Threads, KeepTheSettingWhenToldNonsense)
 // What a new process gets under `environment`, words of the shell in front of the program.
 int threadsUnder(const std::string& environment)
 {
-    FILE* pipe = popen(("env -u OMP_NUM_THREADS -u OMP_PROC_BIND " + environment + " " + program + " --threads").c_str(), "r");
+    const std::string command = "env -u OMP_NUM_THREADS -u OMP_PROC_BIND " + environment + " " + program + " --threads";
+    FILE* pipe = popen(command.c_str(), "r");
     int count = -1;
     if (!pipe || std::fscanf(pipe, "%d", &count) != 1 || pclose(pipe) != 0)
         ADD_FAILURE() << "no answer under " << environment;
@@ -81,7 +82,8 @@ TEST(Threads, DefaultToTheEnvironmentOrTheProcessorsAllowed)
     const std::pair<std::string, int> cases[] = {
         {"", allowed}, {pinned, 1},
         {"OMP_PROC_BIND=true", allowed}, // OpenMP binds the first thread to one processor then
-        {"OMP_NUM_THREADS=3", 3}, {"OMP_NUM_THREADS=3 " + pinned, 3}, {"OMP_NUM_THREADS=4,2", 4}, {"OMP_NUM_THREADS=' 5 '", 5},
+        {"OMP_NUM_THREADS=3", 3}, {"OMP_NUM_THREADS=3 " + pinned, 3}, {"OMP_NUM_THREADS=4,2", 4},
+        {"OMP_NUM_THREADS=' 5 '", 5},
         {"OMP_NUM_THREADS=", allowed}, {"OMP_NUM_THREADS=many", allowed}, {"OMP_NUM_THREADS=3x", allowed},
         {"OMP_NUM_THREADS=0", allowed}, {"OMP_NUM_THREADS=-4", allowed}, {"OMP_NUM_THREADS=99999999999", allowed},
     };
@@ -109,7 +111,8 @@ TEST(Processor, HasTheCacheAndCoresThatTheSystemTells)
 
 TEST(Status, HasASentenceForEachNumber)
 {
-    const std::set<int> known = {38, 33, 12, 6, 0, -2, -5, -6, -7, -8, -9, -11, -12, -14, -33, -34, -52, -53, -56, -108, -9999};
+    const std::set<int> known = {38, 33, 12, 6, 0, -2, -5, -6, -7, -8, -9, -11, -12, -14, -33, -34, -52, -53, -56, -108,
+                                 -9999};
     std::set<std::string> sentences;
     for (int status = -10100; status <= 100; ++status) {
         const std::string sentence = zelGetStatusString(status);

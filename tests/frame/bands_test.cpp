@@ -68,7 +68,8 @@ void expectEveryRowOnce(int height, int wantedTeam)
     EXPECT_TRUE(seen.bands == wantedTeam || wantedTeam == kAnyTeam) << seen.bands << " bands";
     for (int y = 0; y < height; ++y) {
         EXPECT_EQ(visits[std::size_t(y)], 1) << "row " << y;
-        EXPECT_EQ(owner[std::size_t(y)], std::min(seen.bands - 1, height < seen.bands ? seen.bands : y / (height / seen.bands)));
+        EXPECT_EQ(owner[std::size_t(y)],
+                  std::min(seen.bands - 1, height < seen.bands ? seen.bands : y / (height / seen.bands)));
     }
 }
 

@@ -123,8 +123,10 @@ TEST(Scratch, CountsElementsAndCarvesAlignedPieces)
 
     for (int offset = 0; offset < 64; ++offset) {
         Carver carver(static_cast<Zel8u*>(block.get()) + offset);
-        const auto at = [&](const void* piece) { return static_cast<const Zel8u*>(piece) - static_cast<Zel8u*>(block.get()); };
-        const auto bytes = at(carver.take<Zel8u>(3)), words = at(carver.take<Zel32s>(2)), wide = at(carver.take<Zel16s>(5, 32));
+        const auto start = static_cast<const Zel8u*>(block.get());
+        const auto at = [=](const void* piece) { return static_cast<const Zel8u*>(piece) - start; };
+        const auto bytes = at(carver.take<Zel8u>(3)), words = at(carver.take<Zel32s>(2));
+        const auto wide = at(carver.take<Zel16s>(5, 32));
         EXPECT_EQ(bytes, offset);
         EXPECT_EQ(words, (offset + 3 + 3) / 4 * 4);
         EXPECT_EQ(wide, (words + 8 + 31) / 32 * 32);
