@@ -11,14 +11,14 @@ namespace {
 
 constexpr ZeliSize kSizes[] = {{640, 480}, {1920, 1080}, {3840, 2160}};
 
-std::string suffix(ZeliSize size)
+std::string sized(const std::string& name, ZeliSize size)
 {
-    return std::string("/") + std::to_string(size.width) + "x" + std::to_string(size.height);
+    return name + "/" + std::to_string(size.width) + "x" + std::to_string(size.height);
 }
 
 void run(const std::string& name, double bytesPerPixel, ZeliSize size, const Prepare& prepare, int threads)
 {
-    benchmark::RegisterBenchmark((name + suffix(size)).c_str(), [=](benchmark::State& state) {
+    benchmark::RegisterBenchmark(sized(name, size).c_str(), [=](benchmark::State& state) {
         zelSetNumThreads(threads);
         const auto call = prepare(size);
         for (auto _ : state) {

@@ -512,6 +512,12 @@ inline Vec<std::uint64_t> sumBytes(Vec<Zel8u> v)
     return Vec<std::uint64_t>(ZELCV_REGISTER(sad_epu8)(IntRegister(v), IntRegister{}));
 }
 
+// By 64 and more: 0.
+inline Vec<std::uint64_t> shiftLeft(Vec<std::uint64_t> v, std::int64_t count)
+{
+    return Vec<std::uint64_t>(ZELCV_REGISTER(sll_epi64)(IntRegister(v), _mm_cvtsi64_si128(count)));
+}
+
 // The sums of the two 32-bit halves of each 64-bit lane.
 inline Vec<std::uint64_t> sumHalves(Vec<Zel32u> v)
 {

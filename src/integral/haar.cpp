@@ -362,9 +362,9 @@ public:
     template <class Pixels>
     using Total = std::conditional_t<Pixels::kPixels == 1, std::uint64_t, WideLanes>;
 
-    // A shift by 64 and more leaves nothing, as in two steps of which none is as wide as the number.
+    // A shift by 64 and more leaves nothing.
     explicit WideIntegerSums(int scaleFactor)
-        : shift_(int(std::min(-std::int64_t(scaleFactor), std::int64_t(63)))), lastShift_(scaleFactor < -63)
+        : shift_(-std::int64_t(scaleFactor)), factor_(scaleFactor <= 0 && scaleFactor > -64 ? std::uint64_t(1) << shift_ : 0)
     {
     }
 
@@ -383,14 +383,14 @@ public:
 
     bool isBelow(std::uint64_t total, Zel32s threshold, Zel32u norm) const
     {
-        return std::int64_t(total << shift_ << lastShift_) < std::int64_t(threshold) * wrap(norm);
+        return std::int64_t(total * factor_) < std::int64_t(threshold) * wrap(norm);
     }
     Vec<Zel32s> isBelow(const WideLanes& total, Zel32s threshold, Vec<Zel32u> norm) const
     {
         const WideLanes norms = WideLanes::from(norm);
         // Negative where a < b, without a comparison of 64-bit numbers, which SSE2 has not.
         const auto compare = [&](Vec<std::uint64_t> sum, Vec<std::uint64_t> n) {
-            const Vec<std::uint64_t> a = sum << shift_ << lastShift_, b = n * std::uint64_t(std::int64_t(threshold));
+            const Vec<std::uint64_t> a = shiftLeft(sum, shift_), b = n * std::uint64_t(std::int64_t(threshold));
             return (a - b) ^ ((a ^ b) & ((a - b) ^ a));
         };
         const auto low = Vec<Zel32f>(compare(total.low, norms.low)), high = Vec<Zel32f>(compare(total.high, norms.high));
@@ -398,7 +398,8 @@ public:
     }
 
 private:
-    int shift_, lastShift_;
+    std::int64_t shift_;
+    std::uint64_t factor_; // the same as a factor
 };
 
 // ---- where the corners of boxes are
