@@ -52,13 +52,13 @@ Prepare twoMasked(Function function)
 }
 
 #define MEASURE(prepare, name, bytes, T, ...) measure(#name, bytes, prepare<T>(name __VA_OPT__(, ) __VA_ARGS__));
-#define MEASURE_TYPE(T, token, size)                                                             \
-    MEASURE(one, zeliAddSquare_##token##_C1IR, size + 8, T)                                  \
-    MEASURE(oneMasked, zeliAdd_##token##_C1IMR, size + 9, T)                                \
-    MEASURE(oneMasked, zeliAddSquare_##token##_C1IMR, size + 9, T)                          \
-    MEASURE(two, zeliAddProduct_##token##_C1IR, 2 * size + 8, T)                             \
-    MEASURE(twoMasked, zeliAddProduct_##token##_C1IMR, 2 * size + 9, T)                     \
-    MEASURE(one, zeliAddWeighted_##token##_C1IR, size + 8, T, 0.25f)                         \
+#define MEASURE_TYPE(T, token, size)                                    \
+    MEASURE(one, zeliAddSquare_##token##_C1IR, size + 8, T)             \
+    MEASURE(oneMasked, zeliAdd_##token##_C1IMR, size + 9, T)            \
+    MEASURE(oneMasked, zeliAddSquare_##token##_C1IMR, size + 9, T)      \
+    MEASURE(two, zeliAddProduct_##token##_C1IR, 2 * size + 8, T)        \
+    MEASURE(twoMasked, zeliAddProduct_##token##_C1IMR, 2 * size + 9, T) \
+    MEASURE(one, zeliAddWeighted_##token##_C1IR, size + 8, T, 0.25f)    \
     MEASURE(oneMasked, zeliAddWeighted_##token##_C1IMR, size + 9, T, 0.25f)
 
 const bool registered = [] {
@@ -69,6 +69,9 @@ const bool registered = [] {
     MEASURE_TYPE(Zel8s, 8s32f, 1)
     MEASURE_TYPE(Zel16u, 16u32f, 2)
     MEASURE_TYPE(Zel32f, 32f, 4)
+    measure("zeliAdd_8u32f_C1IR/2 threads", 9, one<Zel8u>(zeliAdd_8u32f_C1IR), 2);
+    measure("zeliAdd_8u32f_C1IMR/2 threads", 10, oneMasked<Zel8u>(zeliAdd_8u32f_C1IMR), 2);
+    measure("zeliAddProduct_32f_C1IMR/2 threads", 17, twoMasked<Zel32f>(zeliAddProduct_32f_C1IMR), 2);
     measure("zeliAddWeighted_32f_C1R", 12, [](ZeliSize size) -> std::function<void()> {
         Plane<Zel32f> a(size), b(size), dst(size);
         return [=] {

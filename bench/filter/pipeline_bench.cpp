@@ -118,11 +118,11 @@ const bool registered = [] {
     measure(column + "16s_C1R/with_8u16s_rows_7x7", 3, separable(7));
     measure(column + "16s_C1R/with_8u16s_rows_3x3", 3, separable(3));
     for (int taps : {3, 5, 7, 9}) {
-        const std::string remark = std::string("/") + std::to_string(taps) + "taps";
-        measure(row + "8u16s_C1R" + remark, 3, ROW(Zel8u, Zel16s, Zel16s, 8u16s_C1R, 1, taps, 1));
-        measure(column + "16s_C1R" + remark, 4, COLUMN(Zel16s, Zel16s, Zel16s, 16s_C1R, 1, taps, 16));
-        measure(row + "32f_C1R" + remark, 8, ROW(Zel32f, Zel32f, Zel32f, 32f_C1R, 1, taps, 1));
-        measure(column + "32f_C1R" + remark, 8, COLUMN(Zel32f, Zel32f, Zel32f, 32f_C1R, 1, taps, 1));
+        const std::string length = std::to_string(taps) + "taps";
+        measure(row + "8u16s_C1R/" + length, 3, ROW(Zel8u, Zel16s, Zel16s, 8u16s_C1R, 1, taps, 1));
+        measure(column + "16s_C1R/" + length, 4, COLUMN(Zel16s, Zel16s, Zel16s, 16s_C1R, 1, taps, 16));
+        measure(row + "32f_C1R/" + length, 8, ROW(Zel32f, Zel32f, Zel32f, 32f_C1R, 1, taps, 1));
+        measure(column + "32f_C1R/" + length, 8, COLUMN(Zel32f, Zel32f, Zel32f, 32f_C1R, 1, taps, 1));
     }
     measure(row + "8u16s_C1R/divisor", 3, ROW(Zel8u, Zel16s, Zel16s, 8u16s_C1R, 1, 7, 3));
     measure(row + "8u16s_C3R", 9, ROW(Zel8u, Zel16s, Zel16s, 8u16s_C3R, 3, 7, 3));
