@@ -414,6 +414,14 @@ Offsets cornerOffsets(const HaarRect<Number>& rect, int stride)
     return {offset(rect.a), offset(rect.b), offset(rect.c), offset(rect.d)};
 }
 
+// A few lone pixels in a row are too far apart for the processor to foresee.
+template <class T>
+void prefetchElements(const T* row, int begin, int end)
+{
+    constexpr int kLine = 64 / int(sizeof(T));
+    for (int x = begin; x < end; x += kLine) __builtin_prefetch(row + x);
+}
+
 // The integral images of a call. Upright functions have one; mixed functions read tilted classifiers in a second one, from
 // one row below and one element to the right. Corner offsets come from a list, or are computed at each use where there is
 // none.
@@ -429,10 +437,20 @@ public:
         if (!Listed) return;
         for (Zel32s i = 0; i < state.classifierCount; ++i) {
             const auto& classifier = state.classifiers[i];
-            const int stride = (isTilted(classifier) ? tilt.step : src.step) / 4;
-            for (Zel32s j = 0; j < classifier.rectCount; ++j)
+            const bool tilted = isTilted(classifier);
+            const int stride = (tilted ? tilt.step : src.step) / 4;
+            for (Zel32s j = 0; j < classifier.rectCount; ++j) {
                 for (const auto offset : cornerOffsets(classifier.rects[j], stride)) *list++ = Zel32s(offset);
+                lowest_[tilted] = std::max(lowest_[tilted], classifier.rects[j].a.y);
+            }
         }
+    }
+
+    // Fetches the lowest rows that pixels `begin` to `end` of row `y` read: the rows above them have been read before.
+    void prefetch(int y, int begin, int end) const
+    {
+        if (lowest_[false] > 0) prefetchElements(src_.row(wrappingSum(y, lowest_[false])), begin, end);
+        if (lowest_[true] > 0) prefetchElements(tilt_.row(wrappingSum(y, 1, lowest_[true])), begin, end);
     }
 
     // One way through all classifiers of the stage, as seen from one pixel.
@@ -481,6 +499,8 @@ private:
 
     Plane<const Element> src_, tilt_;
     const Zel32s* list_;
+    // How many rows below the pixel are read, in the upright image and in the tilted one; 0 where that is not known.
+    Zel32s lowest_[2] = {};
 };
 
 // ---- application
@@ -612,6 +632,9 @@ private:
     {
         const Zel8u* mask = call_.mask.row(y);
         const int end = endOfMarked(mask, call_.roi.width), begin = nextMarked(mask, 0, end);
+        if (begin == end) return;
+        sources_.prefetch(y, begin, end);
+        prefetchElements(call_.norm.row(y), begin, end);
         for (int x = begin; x < end;) {
             if (end - x >= kWide && needsWide(markedBits<kWide>(mask + x)))
                 x = runBlock<Neighbours, kWide / kNarrow>(x, x, y);
