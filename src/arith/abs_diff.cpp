@@ -2,9 +2,8 @@
 //
 // 8- and 16-bit results always fit. 32f clears the sign bit of the rounded difference, so that a NaN stays one and zero is
 // +0.
-#include "bands.h"
 #include "checks.h"
-#include "map_row.h"
+#include "map.h"
 
 #include <algorithm>
 #include <limits>
@@ -21,11 +20,12 @@ ZelStatus absDiff(Plane<const T> src1, Plane<const T> src2, Plane<T> dst, ZeliSi
     if (auto status = checkPointers(src1.data, src2.data, dst.data)) return status;
     if (auto status = checkSize(roi)) return status;
     if (auto status = checkSteps(roi.width, src1, src2, dst)) return status;
-    forBands(roi, kGate, [=](Band band) {
-        const auto difference = [](Vec<T> a, Vec<T> b) { return absoluteDifference(a, b); };
-        for (int y = band.first; y < band.last; ++y)
-            mapRow(dst.row(y), roi.width, difference, Elements<T>{src1.row(y)}, Elements<T>{src2.row(y)});
-    });
+    const auto difference = [](auto a, auto b) {
+        return forParts([](Vec<T> x, Vec<T> y) { return absoluteDifference(x, y); }, a, b);
+    };
+    forRows(roi, kGate, [=](int y, int n) {
+        mapRow(dst.row(y), n, difference, elements(src1.row(y)), elements(src2.row(y)));
+    }, src1, src2, dst);
     return zelStatusOk;
 }
 
@@ -38,10 +38,10 @@ ZelStatus absDiffC(Plane<const T> src, Plane<T> dst, ZeliSize roi, Constant valu
     if (auto status = checkSteps(roi.width, src, dst)) return status;
     if constexpr (std::numeric_limits<T>::is_integer)
         value = std::clamp<Constant>(value, 0, std::numeric_limits<T>::max());
-    forBands(roi, kGate, [=](Band band) {
-        const auto difference = [constant = splat(T(value))](Vec<T> a) { return absoluteDifference(a, constant); };
-        for (int y = band.first; y < band.last; ++y) mapRow(dst.row(y), roi.width, difference, Elements<T>{src.row(y)});
-    });
+    const auto difference = [constant = splat(T(value))](auto a) {
+        return forParts([=](Vec<T> x) { return absoluteDifference(x, constant); }, a);
+    };
+    forRows(roi, kGate, [=](int y, int n) { mapRow(dst.row(y), n, difference, elements(src.row(y))); }, src, dst);
     return zelStatusOk;
 }
 

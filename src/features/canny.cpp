@@ -10,7 +10,7 @@
 // plane are zero and passed over at once.
 #include "checks.h"
 #include "scratch.h"
-#include "vector.h"
+#include "vector/vector.h"
 
 #include <algorithm>
 #include <bit>
@@ -31,6 +31,21 @@ struct Direction {
     Mask column, row, falling;
 };
 
+// The elements of a 16-bit row as single precision, as many as fill a vector; of the last ones of a row `count`, then zeros.
+inline Vec<Zel32f> loadFloatsUpTo(const Zel16s* from, int count)
+{
+    typedef Zel16s Half __attribute__((vector_size(kVectorBytes / 2)));
+    Half half = {};
+    if (count >= kLanes<Zel32f>)
+        std::memcpy(&half, from, sizeof half);
+    else
+        std::memcpy(&half, from, sizeof(Zel16s) * std::size_t(count));
+    return __builtin_convertvector(half, Vec<Zel32f>);
+}
+
+// Products in double precision, rounded to single.
+inline Vec<Zel32f> timesInDouble(Vec<Zel32f> v, double factor) { return toFloat(toDoubles(v) * splatDoubles(factor)); }
+
 // Derivatives of either type in single precision, where 16-bit ones and their sums are exact.
 template <class Source>
 struct FloatGradient {
@@ -38,7 +53,13 @@ struct FloatGradient {
     using Derivative = Vec<Zel32f>;
     Zel32f low, high;
 
-    static Derivative read(const Source* from, int count) { return loadFloats(from, count); }
+    static Derivative read(const Source* from, int count)
+    {
+        if constexpr (std::is_same_v<Source, Zel32f>)
+            return loadUpTo(from, count);
+        else
+            return loadFloatsUpTo(from, count);
+    }
     // Comparisons with a NaN, in the data or as a threshold, come out as they are written.
     Vec<Zel32f> strength(Derivative dx, Derivative dy) const
     {
@@ -50,7 +71,7 @@ struct FloatGradient {
     {
         const Vec<Zel32f> ax = absolute(dx), ay = absolute(dy);
         const Vec<Zel32s> signs = Vec<Zel32s>(dx) ^ Vec<Zel32s>(dy);
-        return {ay > multiplyInDouble(ax, kSteep), ay < multiplyInDouble(ax, kFlat), signs >= 0};
+        return {ay > timesInDouble(ax, kSteep), ay < timesInDouble(ax, kFlat), signs >= 0};
     }
 };
 
@@ -105,8 +126,8 @@ struct ShortGradient {
         const auto isPositive = [=](int x, int y) { // nx * x + ny * y > 0
             const Zel16s pair[] = {Zel16s(x), Zel16s(y)};
             const Vec<Zel16s> weights = splatPair(pair);
-            return narrowPairs(Vec<Zel32s>(multiplyAddPairs(low, weights)) > 0,
-                               Vec<Zel32s>(multiplyAddPairs(high, weights)) > 0);
+            return narrowPairs<Zel16s>(Vec<Zel32s>(multiplyAddPairs(low, weights)) > 0,
+                                       Vec<Zel32s>(multiplyAddPairs(high, weights)) > 0);
         };
         const auto is = [=](Pair pair) { return (nx == Zel16s(-pair.dx)) & (ny == Zel16s(-pair.dy)); };
         return {isPositive(kSteepFraction.dy, -kSteepFraction.dx) & ~is(kNotSteep),
@@ -118,6 +139,24 @@ struct ShortGradient {
 // ---- scratch memory
 
 constexpr int kWordBits = 32;
+
+// A bit for each of a word's elements that is not zero, the first element's lowest.
+inline Zel32u nonZeroBits(const Vec<Zel16u> (&blocks)[kWordBits / kLanes<Zel16u>])
+{
+    Zel32u zeros = 0;
+    for (int i = 0; i < kWordBits; i += kLanes<Zel8u>) {
+        const Vec<Zel16u>* pair = blocks + i / kLanes<Zel16u>;
+        const Vec<Zel8s> bytes = narrowInOrder<Zel8s>(Vec<Zel16s>(pair[0]), Vec<Zel16s>(pair[1])); // never to 0
+        zeros |= laneBits(Vec<Zel8s>(bytes == 0)) << i;
+    }
+    return ~zeros;
+}
+inline Zel32u nonZeroBits(const Vec<Zel32f> (&blocks)[kWordBits / kLanes<Zel32f>])
+{
+    Zel32u bits = 0;
+    for (int i = 0; i < kWordBits; i += kLanes<Zel32f>) bits |= laneBits(Vec<Zel32s>(blocks[i / kLanes<Zel32f>] != 0)) << i;
+    return bits;
+}
 
 // A bit for each pixel, the first in the lowest bit of a word, with frame rows above and below and at least one spare bit at
 // the end of each row; all that surrounds the image is 0. A pixel's index counts the bits from the start of the plane.
@@ -261,7 +300,8 @@ void writeRow(const Zel32u* bits, Zel8u* dst, int width)
     const auto bytes = [=](int x) { return bytesFromBits(bits[x / kWordBits] >> x % kWordBits); };
     int x = 0;
     for (; x <= width - lanes; x += lanes) store(dst + x, bytes(x));
-    storePartial(dst + x, bytes(x), width - x);
+    const Vec<Zel8u> last = bytes(x);
+    std::memcpy(dst + x, &last, std::size_t(width - x));
 }
 
 // The scratch memory holds the two planes and behind them the ring in step 1, the stack in step 2. With P for (width + 2) *

@@ -6,7 +6,7 @@
 
 #include "machine.h"
 #include "scratch.h"
-#include "vector.h"
+#include "vector/vector.h"
 #include "wrapping.h"
 
 #include <algorithm>
@@ -119,7 +119,11 @@ public:
     // Puts 16-bit results in the order of the row.
     static void arrange(Vec<Zel16s>& a, Vec<Zel16s>& b)
     {
-        if constexpr (sizeof(S) == 1) sortHalves(a, b);
+        if constexpr (sizeof(S) == 1) {
+            const auto sorted = sortGroups(a, b);
+            a = sorted.part[0];
+            b = sorted.part[1];
+        }
     }
 
 private:
@@ -227,8 +231,8 @@ inline const Zel32f* floatTaps(const Zel16s* kernel, int taps, Zel32f scale, Car
 template <class Out, class Sums, class Accumulator, class Narrow>
 Block<Out> narrowSums(const Block<Accumulator>& sums, const Narrow& narrow)
 {
-    Vec<Zel16s> a = narrowPairs(narrow(sums.part[0]), narrow(sums.part[1]));
-    Vec<Zel16s> b = narrowPairs(narrow(sums.part[2]), narrow(sums.part[3]));
+    Vec<Zel16s> a = narrowPairs<Zel16s>(narrow(sums.part[0]), narrow(sums.part[1]));
+    Vec<Zel16s> b = narrowPairs<Zel16s>(narrow(sums.part[2]), narrow(sums.part[3]));
     Sums::arrange(a, b);
     if constexpr (sizeof(Out) == 2)
         return {{a, b}};

@@ -7,7 +7,7 @@
 //
 // A tilted sum at column `width` counts the last pixel once. Every row depends on the rows above it: one thread.
 #include "checks.h"
-#include "map_row.h"
+#include "map.h"
 
 #include <algorithm>
 #include <type_traits>
@@ -16,18 +16,44 @@ using namespace zelcv;
 
 namespace {
 
-// ---- what is summed
+// ---- what is summed: sums within runs of pixels, from a vector of them; the runs follow each other
+//
+// Pairs of neighbours are added first, then the pairs up to each. Less the second of its pair, that is the sum up to the first.
+
+constexpr int kBlock = kLanes<Zel8u>;
+using BlockSums = Group<Vec<Zel32u>, kBlock / kLanes<Zel32u>>;
 
 struct Pixels {
-    static Vec<Zel32u> terms(Vec<Zel32u> pixels) { return pixels; }
-    static Pair<Vec<Zel32u>> sums(Vec<Zel16u> pixels) { return prefixSums(pixels); }
+    static constexpr int kRun = 16;
+
+    static Vec<Zel32u> term(Vec<Zel32u> pixel) { return pixel; }
+    static BlockSums sums(Vec<Zel8u> pixels)
+    {
+        const Vec<Zel16u> second = Vec<Zel16u>(pixels) >> 8, pairs = (Vec<Zel16u>(pixels) & 0xff) + second;
+        const Vec<Zel16u> ofPairs = prefixSumsInGroups(pairs), ofFirsts = ofPairs - second;
+        return convert<Zel32u>(sortGroups(interleaveLow(ofFirsts, ofPairs), interleaveHigh(ofFirsts, ofPairs)));
+    }
 };
 struct Squares {
-    static Vec<Zel32u> terms(Vec<Zel32u> pixels)
+    static constexpr int kRun = 8;
+
+    static Vec<Zel32u> term(Vec<Zel32u> pixel)
     {
-        return multiplyAddPairs(Vec<Zel16s>(pixels), Vec<Zel16s>(pixels)); // the upper half of each is 0
+        return multiplyAddPairs(Vec<Zel16s>(pixel), Vec<Zel16s>(pixel)); // the upper half of each is 0
     }
-    static Pair<Vec<Zel32u>> sums(Vec<Zel16u> pixels) { return squarePrefixSums(pixels); }
+    static BlockSums sums(Vec<Zel8u> pixels)
+    {
+        BlockSums all;
+        const auto words = widen<Zel16s>(pixels);
+        for (int half = 0; half < 2; ++half) {
+            const Vec<Zel16s> both = words.part[half], second = Vec<Zel16s>(Vec<Zel32u>(both) >> 16);
+            const Vec<Zel32u> ofPairs = prefixSumsInGroups(multiplyAddPairs(both, both));
+            const Vec<Zel32u> ofFirsts = ofPairs - multiplyAddPairs(second, second);
+            const auto sorted = sortGroups(interleaveLow(ofFirsts, ofPairs), interleaveHigh(ofFirsts, ofPairs));
+            for (int i = 0; i < 2; ++i) all.part[2 * half + i] = sorted.part[i];
+        }
+        return all;
+    }
 };
 
 // An output: the plane, and the value that its sums start from.
@@ -39,34 +65,16 @@ struct Sums {
 
 // ---- how each type adds
 
-// The sums of a row, block by block.
-class RowSums {
-public:
-    // `within`: the sums within the next block.
-    Pair<Vec<Zel32u>> next(Pair<Vec<Zel32u>> within)
-    {
-        const Pair<Vec<Zel32u>> sums = {within.low + total_, within.high + total_};
-        total_ = splatLast(sums.high);
-        return sums;
-    }
-    Vec<Zel32u> total() const { return total_; } // in all lanes
-
-private:
-    Vec<Zel32u> total_ = {};
-};
-
 template <class T>
 struct Adder;
 
 template <>
 struct Adder<Zel32s> {
-    using Reader = Elements<Zel32s>;
-    RowSums row = {};
+    using Reader = As<Zel32s, Zel32s>;
 
-    Pair<Vec<Zel32s>> upright(Pair<Vec<Zel32s>> above, Pair<Vec<Zel32u>> within)
+    static void upright(Zel32s* sums, const Zel32s* above, Vec<Zel32u> row)
     {
-        const Pair<Vec<Zel32u>> sums = row.next(within);
-        return {Vec<Zel32s>(Vec<Zel32u>(above.low) + sums.low), Vec<Zel32s>(Vec<Zel32u>(above.high) + sums.high)};
+        store(sums, Vec<Zel32s>(Vec<Zel32u>(load(above)) + row));
     }
     static Vec<Zel32s> tilted(Vec<Zel32u> left, Vec<Zel32u> right, Vec<Zel32s> q0, Vec<Zel32s> q2, Vec<Zel32s> p)
     {
@@ -76,13 +84,11 @@ struct Adder<Zel32s> {
 
 template <>
 struct Adder<Zel32f> {
-    using Reader = Elements<Zel32f>;
-    RowSums row = {};
+    using Reader = As<Zel32f, Zel32f>;
 
-    Pair<Vec<Zel32f>> upright(Pair<Vec<Zel32f>> above, Pair<Vec<Zel32u>> within)
+    static void upright(Zel32f* sums, const Zel32f* above, Vec<Zel32u> row)
     {
-        const Pair<Vec<Zel32u>> sums = row.next(within);
-        return {above.low + toFloat(Vec<Zel32s>(sums.low)), above.high + toFloat(Vec<Zel32s>(sums.high))};
+        store(sums, load(above) + toFloat(Vec<Zel32s>(row)));
     }
     // In double, in this order.
     static Vec<Zel32f> tilted(Vec<Zel32u> left, Vec<Zel32u> right, Vec<Zel32f> q0, Vec<Zel32f> q2, Vec<Zel32f> p)
@@ -95,24 +101,17 @@ struct Adder<Zel32f> {
 template <>
 struct Adder<Zel64f> {
     using Reader = AsDoubles;
-    static constexpr int kBlocks = 32768 / kLanes<Zel16u>; // of squares whose sum stays below 2^31
-    RowSums recent = {};
-    int recentBlocks = 0;
-    Doubles before = {};
 
     // Row sums of squares are integers below 2^31 * 2^16, which doubles hold, so that they may be added in any order.
-    Pair<Doubles> upright(Pair<Doubles> above, Pair<Vec<Zel32u>> within)
+    static void upright(Zel64f* sums, const Zel64f* above, Vec<Zel32u> row)
     {
-        const Pair<Vec<Zel32u>> sums = recent.next(within);
-        const Doubles low = toDoubles(Vec<Zel32s>(sums.low)) + before, high = toDoubles(Vec<Zel32s>(sums.high)) + before;
-        if (++recentBlocks == kBlocks) {
-            before = before + toDoubles(Vec<Zel32s>(recent.total()));
-            recent = {};
-            recentBlocks = 0;
-        }
-        return {above.low + low, above.high + high};
+        store(sums, loadDoubles(above) + toDoubles(Vec<Zel32s>(row)));
     }
-    static Doubles tilted(Vec<Zel32u> left, Vec<Zel32u> right, Doubles q0, Doubles q2, Doubles p)
+    static void upright(Zel64f* sums, const Zel64f* above, Vec<Zel32u> row, const Doubles& before)
+    {
+        store(sums, loadDoubles(above) + (toDoubles(Vec<Zel32s>(row)) + before));
+    }
+    static Doubles tilted(Vec<Zel32u> left, Vec<Zel32u> right, const Doubles& q0, const Doubles& q2, const Doubles& p)
     {
         return toDoubles(Vec<Zel32s>(left + right)) + q0 + q2 - p;
     }
@@ -126,13 +125,57 @@ struct Upright {
     template <class What, class T>
     static void row(Sums<What, T> out, const Zel8u* s, int y, int width)
     {
-        using Reader = typename Adder<T>::Reader;
-        T* const sums = out.plane.row(y + 1);
-        sums[0] = out.start;
-        const auto sum = [adder = Adder<T>()](auto above, Vec<Zel16u> pixels) mutable {
-            return adder.upright(above, What::sums(pixels));
+        out.plane.row(y + 1)[0] = out.start;
+        T* const sums = out.plane.row(y + 1) + 1;
+        const T* const above = out.plane.row(y) + 1;
+        if constexpr (std::is_same_v<T, Zel64f>) { // the sums of so many squares stay below 2^31
+            constexpr int kStretch = 32768;
+            Doubles before = {};
+            for (int x = 0; x < width; x += kStretch) {
+                const Doubles soFar = before;
+                const auto add = [=](T* to, const T* up, Vec<Zel32u> row) { Adder<T>::upright(to, up, row, soFar); };
+                const int count = std::min(kStretch, width - x);
+                const Vec<Zel32u> total = x == 0 ? stretch<What>(sums, above, s, count, plainly<T>)
+                                                 : stretch<What>(sums + x, above + x, s + x, count, add);
+                before = before + toDoubles(Vec<Zel32s>(total));
+            }
+        } else {
+            stretch<What>(sums, above, s, width, plainly<T>);
+        }
+    }
+
+private:
+    template <class T>
+    static constexpr auto plainly = [](T* to, const T* up, Vec<Zel32u> row) { Adder<T>::upright(to, up, row); };
+
+    // The sums of some pixels of a row, by add(sums, above, sums of the row). Returns their total in all lanes.
+    template <class What, class T, class Add>
+    static Vec<Zel32u> stretch(T* sums, const T* above, const Zel8u* s, int count, const Add& add)
+    {
+        Vec<Zel32u> total = {};
+        const auto block = [&](T* to, const T* up, const Zel8u* pixels) ZELCV_INLINE {
+            constexpr int lanes = kLanes<Zel32u>, run = What::kRun / lanes;
+            const BlockSums within = What::sums(load(pixels));
+            for (int first = 0; first < kBlock / lanes; first += run) {
+                Vec<Zel32u> row = total;
+                for (int i = first; i < first + run; ++i) {
+                    row = total + within.part[i];
+                    add(to + i * lanes, up + i * lanes, row);
+                }
+                total = splatLast(row);
+            }
         };
-        mapRow(sums + 1, width, sum, InPairs<Reader>{out.plane.row(y) + 1}, AsShorts{s});
+        int x = 0;
+        for (; x <= count - kBlock; x += kBlock) block(sums + x, above + x, s + x);
+        if (const int rest = count - x; rest > 0) {
+            Zel8u pixels[kBlock] = {};
+            T up[kBlock] = {}, to[kBlock];
+            std::memcpy(pixels, s + x, std::size_t(rest));
+            std::memcpy(up, above + x, sizeof(T) * std::size_t(rest));
+            block(to, up, pixels);
+            std::memcpy(sums + x, to, sizeof(T) * std::size_t(rest));
+        }
+        return total;
     }
 };
 
@@ -149,19 +192,21 @@ struct Tilted {
     static void row(Sums<What, T> out, const Zel8u* s, int y, int width)
     {
         using Reader = typename Adder<T>::Reader;
+        using Words = As<Zel32u, Zel8u>;
         const T *const p = out.plane.row(y), *const q = out.plane.row(y + 1);
         T* const c = out.plane.row(y + 2);
-        const auto sum = [](Vec<Zel32u> left, Vec<Zel32u> right, auto... above) {
-            return Adder<T>::tilted(What::terms(left), What::terms(right), above...);
+        const auto sums = [](const auto& left, const auto& right, const auto&... above) {
+            return forParts([](auto l, auto r, auto... a) { return Adder<T>::tilted(What::term(l), What::term(r), a...); }, left,
+                            right, above...);
         };
         c[0] = q[1];
         if constexpr (kLast == LastColumn::AsTheOthers) {
-            mapRow(c + 1, width, sum, AsWords{s}, AsWords{s + 1}, Reader{q}, Reader{q + 2}, Reader{p + 1});
+            mapRow(c + 1, width, sums, Words{s}, Words{s + 1}, Reader{q}, Reader{q + 2}, Reader{p + 1});
         } else {
-            mapRow(c + 1, width - 1, sum, AsWords{s}, AsWords{s + 1}, Reader{q}, Reader{q + 2}, Reader{p + 1});
+            mapRow(c + 1, width - 1, sums, Words{s}, Words{s + 1}, Reader{q}, Reader{q + 2}, Reader{p + 1});
             const Zel8u none = 0;
             T last;
-            mapRow(&last, 1, sum, AsWords{s + width - 1}, AsWords{&none}, Reader{q + width - 1}, Reader{q + width + 1},
+            mapRow(&last, 1, sums, Words{s + width - 1}, Words{&none}, Reader{q + width - 1}, Reader{q + width + 1},
                    Reader{p + width});
             c[width] = std::is_same_v<T, Zel32f> ? c[width] + last : last;
         }

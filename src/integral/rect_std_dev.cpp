@@ -12,9 +12,8 @@
 //   fourth   (x + width, y + height)  (x - y + width - height, x + y + width + height)
 //
 // as (column, row), relative to the pixel.
-#include "bands.h"
 #include "checks.h"
-#include "map_row.h"
+#include "map.h"
 
 #include <cstdint>
 #include <type_traits>
@@ -117,10 +116,18 @@ struct ScaledRoot {
 
 // ---- driver
 
+template <class T>
+using AsIs = As<T, T>;
+
 // Singles, widened.
 struct AsWideSingles {
     const Zel32f* from;
-    Doubles at(int i) const { return toDoubles(load(from + i)); }
+
+    template <int count>
+    auto block(std::ptrdiff_t i) const
+    {
+        return forParts([](Vec<Zel32f> v) { return toDoubles(v); }, As<Zel32f, Zel32f>{from}.block<count>(i));
+    }
 };
 
 template <class Shape, class SumReader, class SquareReader, class T, class S, class D, class Root>
@@ -136,9 +143,10 @@ ZelStatus deviations(Plane<const T> src, Plane<const S> sqr, Plane<D> dst, ZeliS
     if (auto status = checkSize({rect.width, rect.height})) return status;
 
     const Count n(Shape::count(rect));
-    const auto result = [=](auto a1, auto a2, auto a3, auto a4, auto b1, auto b2, auto b3, auto b4) {
+    const auto deviation = [=](auto a1, auto a2, auto a3, auto a4, auto b1, auto b2, auto b3, auto b4) {
         return root(variance(windowSum(a1, a2, a3, a4), windowSum(b1, b2, b3, b4), n));
     };
+    const auto result = [=](const auto&... corner) { return forParts(deviation, corner...); };
     constexpr bool widthFirst = Shape::kWidthFirst;
     const Corner corners[4] = {Shape::corner(rect, false, false), Shape::corner(rect, widthFirst, !widthFirst),
                                Shape::corner(rect, !widthFirst, widthFirst), Shape::corner(rect, true, true)};
@@ -169,14 +177,14 @@ ZelStatus deviations(Plane<const T> src, Plane<const S> sqr, Plane<D> dst, ZeliS
     ZelStatus name(const Zel32s* src, int srcStep, const Zel32s* sqr, int sqrStep, Zel32s* dst, int dstStep,           \
                    ZeliSize roiSize, ZeliRect rect, int scaleFactor)                                                   \
     {                                                                                                                  \
-        return deviations<Shape, Elements<Zel32s>, Elements<Zel32s>>(                                                  \
+        return deviations<Shape, AsIs<Zel32s>, AsIs<Zel32s>>(                                                  \
             Plane<const Zel32s>{src, srcStep}, Plane<const Zel32s>{sqr, sqrStep}, Plane<Zel32s>{dst, dstStep}, roiSize, \
             rect, ScaledRoot<Shape>(scaleFactor));                                                                     \
     }
 
-SINGLE(Upright, Zel32f, Elements<Zel32f>, zeliRectStdDev_32f_C1R, Gate::bandCountCapped())
-SINGLE(Upright, Zel32s, Elements<Zel32s>, zeliRectStdDev_32s32f_C1R, Gate::serial())
+SINGLE(Upright, Zel32f, AsIs<Zel32f>, zeliRectStdDev_32f_C1R, Gate::bandCountCapped())
+SINGLE(Upright, Zel32s, AsIs<Zel32s>, zeliRectStdDev_32s32f_C1R, Gate::serial())
 SINGLE(Tilted, Zel32f, AsWideSingles, zeliTiltedRectStdDev_32f_C1R, Gate::serial())
-SINGLE(Tilted, Zel32s, Elements<Zel32s>, zeliTiltedRectStdDev_32s32f_C1R, Gate::serial())
+SINGLE(Tilted, Zel32s, AsIs<Zel32s>, zeliTiltedRectStdDev_32s32f_C1R, Gate::serial())
 SCALED(Upright, zeliRectStdDev_32s_C1RSfs)
 SCALED(Tilted, zeliTiltedRectStdDev_32s_C1RSfs)

@@ -3,7 +3,8 @@
 
 #include "bands.h"
 #include "checks.h"
-#include "vector.h"
+#include "stats/channel.h"
+#include "vector/vector.h"
 
 #include <array>
 #include <cstddef>
@@ -21,7 +22,7 @@ struct MaskBytes {
     void copyTo(Zel8u* mask, int count) const { std::memcpy(mask, from, std::size_t(count)); }
     Vec<Zel8u> bytes() const { return Vec<Zel8u>(load(from) != 0); }
     Vec<Zel16u> words() const { return Vec<Zel16u>(loadLaneMask<Zel16u>(from)); }
-    Vec<Zel32s> lanes(int part) const { return loadMask(from + part * kLanes<Zel32s>); }
+    Vec<Zel32s> lanes(int part) const { return loadLaneMask<Zel32s>(from + part * kLanes<Zel32s>); }
 };
 
 struct EveryPixel {
@@ -136,22 +137,10 @@ ZELCV_INLINE inline void forBlocks(const Run<T, sources, Selection>& run, const 
 
 // ---- sums
 
-template <class Vector>
-auto sumOfLanes(Vector v)
-{
-    auto sum = v[0];
-    for (std::size_t i = 1; i < sizeof v / sizeof sum; ++i) sum += v[i];
-    return sum;
-}
-
 // The sum of a row in double: pixel x goes to lane x mod 8; the lanes fold ((0+4)+(2+6)) + ((1+5)+(3+7)).
 class DoubleLanes {
 public:
-    void add(int part, Vec<Zel64f> low, Vec<Zel64f> high)
-    {
-        lanes_[2 * part] += low;
-        lanes_[2 * part + 1] += high;
-    }
+    void add(int part, const Doubles& x) { lanes_[part] = lanes_[part] + x; }
     double fold() const
     {
         double lane[kFloatBlock];
@@ -160,7 +149,7 @@ public:
     }
 
 private:
-    Vec<Zel64f> lanes_[2 * kFloatParts] = {};
+    Doubles lanes_[kFloatParts] = {};
 };
 
 // ---- checks

@@ -126,10 +126,9 @@ public:
         forBlocks(run, [&](int, auto selection, auto from) ZELCV_INLINE {
             for (int part = 0; part < kFloatParts; ++part) {
                 const Vec<Zel32s> mask = selection.lanes(part);
-                const Vec<Zel32f> x = keep(mask, load(from[0] + part * kLanes<Zel32f>));
-                const Vec<Zel64f> low = widenLow(x), high = widenHigh(x);
-                sum.add(part, low, high);
-                if constexpr (squared) squares.add(part, low * low, high * high);
+                const Doubles x = toDoubles(keep(mask, load(from[0] + part * kLanes<Zel32f>)));
+                sum.add(part, x);
+                if constexpr (squared) squares.add(part, x * x);
                 if constexpr (Run::kMasked) counts -= mask;
             }
         });
@@ -191,9 +190,8 @@ double spread(const Channel<Zel32f, channels, 1>& channel, Selected selected, Ze
         forRuns(y, roi.width, channel, selected, [&](const auto& run) {
             forBlocks(run, [&](int, auto selection, auto from) ZELCV_INLINE {
                 for (int part = 0; part < kFloatParts; ++part) {
-                    const Vec<Zel32s> mask = selection.lanes(part);
-                    const Vec<Zel32f> x = load(from[0] + part * kLanes<Zel32f>);
-                    lanes.add(part, square(widenLow(mask), widenLow(x)), square(widenHigh(mask), widenHigh(x)));
+                    const Doubles x = toDoubles(load(from[0] + part * kLanes<Zel32f>));
+                    lanes.add(part, forParts(square, widen<std::int64_t>(selection.lanes(part)), x));
                 }
             });
         });

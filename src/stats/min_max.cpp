@@ -7,7 +7,8 @@
 // NaN takes no part: it is neither smaller nor larger, and as a masked pixel it does not count.
 #include "bands.h"
 #include "checks.h"
-#include "vector.h"
+#include "stats/channel.h"
+#include "vector/vector.h"
 
 #include <algorithm>
 #include <functional>
@@ -136,8 +137,10 @@ private:
     static bool improved(Vec<Key> lanes, Key& now, const Better& better)
     {
         if (!anyLane(better(lanes, splat(now)))) return false;
-        for (int i = 0; i < kBlock; ++i)
-            if (better(lanes[i], now)) now = lanes[i];
+        for (int i = 0; i < kBlock; ++i) {
+            const Key lane = lanes[i];
+            if (better(lane, now)) now = lane;
+        }
         return true;
     }
 

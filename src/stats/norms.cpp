@@ -144,7 +144,7 @@ public:
             if constexpr (sizeof(T) == 1)
                 row += sumBytes(x);
             else
-                row += interleaveLow(x, Vec<Zel16u>{}) + interleaveHigh(x, Vec<Zel16u>{});
+                row += Vec<Zel32u>(interleaveLow(x, Vec<Zel16u>{})) + Vec<Zel32u>(interleaveHigh(x, Vec<Zel16u>{}));
         });
         row_ = row;
     }
@@ -168,7 +168,7 @@ public:
     {
         DoubleLanes row = row_;
         forMasked<Of>(run, [&](int part, int, Vec<Zel32f> x) ZELCV_INLINE {
-            row.add(part, widenLow(absolute(x)), widenHigh(absolute(x)));
+            row.add(part, toDoubles(absolute(x)));
         });
         row_ = row;
     }
@@ -193,7 +193,7 @@ public:
         double total = total_;
         forMasked<Of>(run, [&](int, int, Vec<Zel32f> x) ZELCV_INLINE {
             const Vec<Zel32f> square = x * x;
-            for (const Vec<Zel64f> half : {widenLow(square), widenHigh(square)})
+            for (const Vec<Zel64f> half : toDoubles(square).part)
                 for (int i = 0; i < kLanes<Zel64f>; ++i) total += half[i];
         });
         total_ = total;
@@ -204,6 +204,30 @@ public:
 private:
     double total_ = 0;
 };
+
+constexpr int kRowsInVector = kVectorBytes / 16;
+
+// Of several rows side by side in a vector, the next 16 bytes of each.
+template <class T>
+Vec<T> loadRows(const T* const* rows)
+{
+    Vec<T> v;
+    for (int i = 0; i < kRowsInVector; ++i) std::memcpy(reinterpret_cast<char*>(&v) + 16 * i, rows[i], 16);
+    return v;
+}
+
+// The next 8 mask bytes of each row, as lanes of 16 bits that are all ones where the byte is not zero.
+inline Vec<Zel16u> loadWordMaskRows(const Zel8u* const* rows)
+{
+    Vec<std::uint64_t> eight = {};
+    for (int i = 0; i < kRowsInVector; ++i) {
+        std::uint64_t bytes;
+        std::memcpy(&bytes, rows[i], sizeof bytes);
+        eight[2 * i] = bytes;
+    }
+    const auto bytes = Vec<Zel8u>(eight);
+    return Vec<Zel16u>(Vec<Zel16s>(interleaveLow(bytes, bytes)) != 0);
+}
 
 // The sums of squares of several rows of integers side by side. Each 16 bytes of a vector belong to a row; a row adds its
 // four lanes in single precision.
@@ -287,7 +311,7 @@ private:
 
     static void addSquares(Vec<Zel16u> x, Vec<Zel32f>& lanes)
     {
-        for (const Vec<Zel32u> half : {interleaveLow(x, Vec<Zel16u>{}), interleaveHigh(x, Vec<Zel16u>{})}) {
+        for (const Vec<Zel16u> half : {interleaveLow(x, Vec<Zel16u>{}), interleaveHigh(x, Vec<Zel16u>{})}) {
             const Vec<Zel32f> wide = toFloat(Vec<Zel32s>(half));
             lanes += wide * wide;
         }

@@ -1,4 +1,4 @@
-// Stages of Haar classifiers over integral images.
+// Applying stages of Haar classifiers to integral images.
 //
 //   t = sum of weight * (I[a] - I[b] - I[c] + I[d]) over the rectangles of a classifier
 //   stage sum += threshold * norm > t ? value1 : value2
@@ -8,249 +8,17 @@
 #include "checks.h"
 #include "integral/haar_state.h"
 #include "scratch.h"
-#include "vector.h"
+#include "vector/vector.h"
 
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cstring>
-#include <limits>
 #include <type_traits>
 
 using namespace zelcv;
 
 namespace {
-
-// ---- creation
-
-struct Upright {
-    static constexpr Zel32u kTiltFlags = 0;
-
-    static bool valid(ZeliRect r) { return r.x >= 0 && r.y >= 0 && r.width >= 1 && r.height >= 1; }
-    static ZeliRect startOfBounds(ZeliRect r) { return r; }
-    template <class Number>
-    static void setCorners(HaarRect<Number>& rect, ZeliRect r)
-    {
-        const Zel32s right = wrappingSum(r.x, r.width), bottom = wrappingSum(r.y, r.height);
-        rect.a = {right, bottom};
-        rect.b = {r.x, bottom};
-        rect.c = {right, r.y};
-        rect.d = {r.x, r.y};
-    }
-};
-
-// The sides run down to the right, over `width` columns, and down to the left, over `height` columns.
-struct Tilted {
-    static constexpr Zel32u kTiltFlags = 1;
-
-    static bool valid(ZeliRect r) { return Upright::valid(r) && r.height - 1 <= r.x; }
-    static ZeliRect startOfBounds(ZeliRect r)
-    {
-        return {r.x, r.y, (Wrapped(r.width) - r.height).value(), wrappingSum(r.width, r.height)};
-    }
-    template <class Number>
-    static void setCorners(HaarRect<Number>& rect, ZeliRect r)
-    {
-        const Wrapped x = r.x, y = r.y, w = r.width, h = r.height;
-        rect.a = {(x + w - h).value(), (y + w + h).value()};
-        rect.b = {(x - h).value(), (y + h).value()};
-        rect.c = {(x + w).value(), (y + w).value()};
-        rect.d = {r.x, r.y};
-    }
-};
-
-template <class Number>
-struct CallersClassifiers {
-    const ZeliRect* rects;
-    const Number *weights, *thresholds, *values1, *values2;
-    const Zel32s* rectCounts;
-    Zel32s count;
-};
-
-// Writes the records of a stage one behind the other.
-template <class Shape, class State>
-class StageWriter {
-public:
-    using Number = typename State::Number;
-
-    StageWriter(State* state, HaarRect<Number>* rects, const CallersClassifiers<Number>& from)
-        : state_(state), next_(state->classifiers), nextRect_(rects), from_(from)
-    {
-        state_->bounds = Shape::startOfBounds(from.rects[0]);
-    }
-
-    // Classifier `index`, whose rectangles start at `first` in the caller's list. False when one of them is not valid.
-    bool write(Zel32s index, std::int64_t first)
-    {
-        const Zel32s rectCount = from_.rectCounts[index];
-        *next_++ = {rectCount, nextRect_, from_.thresholds[index], from_.values1[index], from_.values2[index],
-                    wrappingSum(Shape::kTiltFlags, wrappingShift(index, HaarClassifier<Number>::kIndexShift))};
-        for (std::int64_t i = first; i < first + rectCount; ++i) {
-            if (!Shape::valid(from_.rects[i])) return false;
-            Shape::setCorners(*nextRect_, from_.rects[i]);
-            nextRect_->weight = from_.weights[i];
-            enlargeBounds(*nextRect_++);
-        }
-        state_->rectTotal2 += rectCount;
-        return true;
-    }
-
-    void finish()
-    {
-        ZeliRect& bounds = state_->bounds;
-        bounds.width = (Wrapped(bounds.width) - bounds.x).value();
-        bounds.height = (Wrapped(bounds.height) - bounds.y).value();
-    }
-
-private:
-    // While they grow, width and height hold the right and the bottom edge, but are compared as what they are called.
-    void enlargeBounds(const HaarRect<Number>& rect)
-    {
-        ZeliRect& bounds = state_->bounds;
-        bounds.x = std::min(bounds.x, rect.d.x);
-        bounds.y = std::min(bounds.y, rect.d.y);
-        if (rect.a.x > wrappingSum(bounds.width, bounds.x)) bounds.width = rect.a.x;
-        if (rect.a.y > wrappingSum(bounds.height, bounds.y)) bounds.height = rect.a.y;
-    }
-
-    State* state_;
-    HaarClassifier<Number>* next_;
-    HaarRect<Number>* nextRect_;
-    const CallersClassifiers<Number>& from_;
-};
-
-// Upright classifiers stand in three groups, those of two rectangles first, then those of three, then all others, each group
-// in the caller's order; tilted ones stand in the caller's order. False when a rectangle is not valid.
-template <class Shape, class State>
-bool writeStage(State* state, HaarRect<typename State::Number>* rects, const CallersClassifiers<typename State::Number>& from)
-{
-    StageWriter<Shape, State> writer(state, rects, from);
-    const auto writeThose = [&](auto belongs) {
-        std::int64_t first = 0;
-        Zel32s written = 0;
-        for (Zel32s i = 0; i < from.count; first += from.rectCounts[i++]) {
-            if (!belongs(from.rectCounts[i])) continue;
-            if (!writer.write(i, first)) return -1;
-            ++written;
-        }
-        return written;
-    };
-    if constexpr (std::is_same_v<Shape, Tilted>) {
-        if (writeThose([](Zel32s) { return true; }) < 0) return false;
-    } else {
-        const Zel32s pairs = writeThose([](Zel32s rectCount) { return rectCount == 2; });
-        if (pairs < 0) return false;
-        const Zel32s triples = writeThose([](Zel32s rectCount) { return rectCount == 3; });
-        if (triples < 0 || writeThose([](Zel32s rectCount) { return rectCount != 2 && rectCount != 3; }) < 0) return false;
-        state->twoRectCount = pairs;
-        state->shortRectCount = pairs + triples;
-    }
-    writer.finish();
-    return true;
-}
-
-bool firstWeightsAreMinusOne(const CallersClassifiers<Zel32f>& from)
-{
-    std::int64_t first = 0;
-    for (Zel32s i = 0; i < from.count; first += from.rectCounts[i++])
-        if (!(from.weights[first] > -2 && from.weights[first] <= -1)) return false;
-    return true;
-}
-
-template <class Shape, class State>
-ZelStatus create(State** state, const CallersClassifiers<typename State::Number>& from)
-{
-    using Number = typename State::Number;
-    constexpr bool kUprightFloats = std::is_same_v<Shape, Upright> && std::is_same_v<Number, Zel32f>;
-
-    if (auto status = checkPointers(state, from.rects, from.weights, from.thresholds, from.values1, from.values2,
-                                    from.rectCounts))
-        return status;
-    if (from.count < 0) return zelStatusBadSize;
-    std::int64_t rectTotal = 0;
-    for (Zel32s i = 0; i < from.count; ++i) {
-        if (from.rectCounts[i] < 1) return zelStatusBadSize;
-        rectTotal += from.rectCounts[i];
-    }
-    if constexpr (kUprightFloats)
-        if (!std::all_of(from.rects, from.rects + rectTotal, Shape::valid)) return zelStatusBadArgument;
-
-    if (rectTotal > std::numeric_limits<Zel32s>::max()) return zelStatusNoMemory; // the record cannot count them
-    OwnedBlock block(ownMalloc_8u(kStageBytes + kClassifierBytes * from.count + kRectBytes * rectTotal));
-    if (!block) return zelStatusNoMemory;
-    Carver pieces(static_cast<Zel8u*>(block.get()));
-    State* made = new (pieces.take<State>(1)) State{};
-    made->classifierCount = from.count;
-    made->rectTotal = Zel32s(rectTotal);
-    made->classifiers = pieces.take<HaarClassifier<Number>>(from.count);
-    made->tiltFlags = Shape::kTiltFlags;
-    if (!writeStage<Shape>(made, pieces.take<HaarRect<Number>>(rectTotal), from)) {
-        *state = nullptr;
-        return zelStatusBadArgument;
-    }
-    if constexpr (kUprightFloats) made->firstWeightsAreMinusOne = firstWeightsAreMinusOne(from);
-    *state = made;
-    block.release();
-    return zelStatusOk;
-}
-
-template <class State>
-ZelStatus destroy(State* state)
-{
-    if (auto status = checkPointers(state)) return status;
-    ownFree(state);
-    return zelStatusOk;
-}
-
-// ---- size and tilt
-
-template <class State>
-ZelStatus getSize(const State* state, ZeliSize* size)
-{
-    if (auto status = checkPointers(state, size)) return status;
-    *size = {0, 0};
-    for (Zel32s i = 0; i < state->classifierCount; ++i) {
-        const auto& classifier = state->classifiers[i];
-        for (Zel32s j = 0; j < classifier.rectCount; ++j) {
-            size->width = std::max(size->width, classifier.rects[j].c.x);
-            size->height = std::max(size->height, classifier.rects[j].a.y);
-        }
-    }
-    return zelStatusOk;
-}
-
-// The tilted rectangle that takes the place of an upright one. With `keepTop` its top corner stands where the upright one had
-// its top left corner; without, its bottom corner stands where that one had its bottom left corner. Stages of 32s make
-// squares.
-template <class Number>
-ZeliRect tilted(const HaarRect<Number>& rect, bool keepTop)
-{
-    const Wrapped x = rect.d.x, y = rect.d.y, width = Wrapped(rect.c.x) - x, height = Wrapped(rect.b.y) - y;
-    const Wrapped side = std::is_same_v<Number, Zel32s> ? width : height;
-    if (keepTop) return {x.value(), y.value(), width.value(), side.value()};
-    return {(x + width - side).value(), (y + height - side - width).value(), side.value(), width.value()};
-}
-
-template <class State>
-ZelStatus tilt(const Zel8u* mask, int flag, State* state)
-{
-    using Classifier = HaarClassifier<typename State::Number>;
-    if (auto status = checkPointers(mask, state)) return status;
-    if (state->tiltFlags & 1) return zelStatusBadArgument;
-    Classifier* const first = state->classifiers;
-    Classifier* const last = first + state->classifierCount;
-    for (Zel32s i = 0; i < state->classifierCount; ++i) {
-        if (mask[i] == 0) continue;
-        state->tiltFlags |= 1;
-        Classifier* const found =
-            std::find_if(first, last, [=](const Classifier& c) { return c.flags >> Classifier::kIndexShift == i; });
-        if (found == last) continue;
-        found->flags = Classifier::kTilted;
-        for (Zel32s j = 0; j < found->rectCount; ++j)
-            Tilted::setCorners(found->rects[j], tilted(found->rects[j], flag != 0));
-    }
-    return zelStatusOk;
-}
 
 // ---- numbers of the Apply functions
 //
@@ -350,9 +118,8 @@ struct WideLanes {
 
     static WideLanes from(Vec<Zel32u> v)
     {
-        const IntRegister numbers = IntRegister(v), signs = IntRegister(Vec<Zel32s>(v) < 0);
-        return {Vec<std::uint64_t>(ZELCV_REGISTER(unpacklo_epi32)(numbers, signs)),
-                Vec<std::uint64_t>(ZELCV_REGISTER(unpackhi_epi32)(numbers, signs))};
+        const Vec<Zel32u> signs = Vec<Zel32u>(Vec<Zel32s>(v) < 0);
+        return {Vec<std::uint64_t>(interleaveLow(v, signs)), Vec<std::uint64_t>(interleaveHigh(v, signs))};
     }
 };
 
@@ -393,8 +160,8 @@ public:
             const Vec<std::uint64_t> a = shiftLeft(sum, shift_), b = n * std::uint64_t(std::int64_t(threshold));
             return (a - b) ^ ((a ^ b) & ((a - b) ^ a));
         };
-        const auto low = Vec<Zel32f>(compare(total.low, norms.low)), high = Vec<Zel32f>(compare(total.high, norms.high));
-        return Vec<Zel32s>(ZELCV_REGISTER(shuffle_ps)(low, high, _MM_SHUFFLE(3, 1, 3, 1))) < 0;
+        const auto low = Vec<Zel32s>(compare(total.low, norms.low)), high = Vec<Zel32s>(compare(total.high, norms.high));
+        return upperHalvesInGroups(low, high) < 0;
     }
 
 private:
@@ -600,10 +367,10 @@ inline int endOfMarked(const Zel8u* mask, int end)
 template <int Pixels>
 Zel32u markedBits(const Zel8u* mask)
 {
-    static_assert(Pixels <= 16);
-    __m128i bytes = {};
-    std::memcpy(&bytes, mask, Pixels);
-    return ~Zel32u(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, __m128i{}))) & ((1u << Pixels) - 1);
+    if constexpr (Pixels == 1)
+        return mask[0] != 0;
+    else
+        return laneBits(Vec<Zel8s>(loadFirst<Pixels>(mask) != 0)) & ((1u << Pixels) - 1);
 }
 
 // Runs a stage over the marked pixels of a region. Between the first and the last marked pixel of a row others are computed
@@ -723,51 +490,6 @@ ZelStatus applyMixed(Plane<const typename Sums::Element> src, Plane<const typena
 }
 
 } // namespace
-
-ZelStatus zeliHaarClassifierInitAlloc_32f(ZeliHaarClassifier_32f** state, const ZeliRect* rects, const Zel32f* weights,
-                                          const Zel32f* thresholds, const Zel32f* values1, const Zel32f* values2,
-                                          const Zel32s* rectCounts, int classifierCount)
-{
-    return create<Upright>(state, {rects, weights, thresholds, values1, values2, rectCounts, classifierCount});
-}
-
-ZelStatus zeliHaarClassifierInitAlloc_32s(ZeliHaarClassifier_32s** state, const ZeliRect* rects, const Zel32s* weights,
-                                          const Zel32s* thresholds, const Zel32s* values1, const Zel32s* values2,
-                                          const Zel32s* rectCounts, int classifierCount)
-{
-    return create<Upright>(state, {rects, weights, thresholds, values1, values2, rectCounts, classifierCount});
-}
-
-ZelStatus zeliTiltedHaarClassifierInitAlloc_32f(ZeliHaarClassifier_32f** state, const ZeliRect* rects, const Zel32f* weights,
-                                                const Zel32f* thresholds, const Zel32f* values1, const Zel32f* values2,
-                                                const Zel32s* rectCounts, int classifierCount)
-{
-    return create<Tilted>(state, {rects, weights, thresholds, values1, values2, rectCounts, classifierCount});
-}
-
-ZelStatus zeliTiltedHaarClassifierInitAlloc_32s(ZeliHaarClassifier_32s** state, const ZeliRect* rects, const Zel32s* weights,
-                                                const Zel32s* thresholds, const Zel32s* values1, const Zel32s* values2,
-                                                const Zel32s* rectCounts, int classifierCount)
-{
-    return create<Tilted>(state, {rects, weights, thresholds, values1, values2, rectCounts, classifierCount});
-}
-
-ZelStatus zeliHaarClassifierFree_32f(ZeliHaarClassifier_32f* state) { return destroy(state); }
-ZelStatus zeliHaarClassifierFree_32s(ZeliHaarClassifier_32s* state) { return destroy(state); }
-
-ZelStatus zeliGetHaarClassifierSize_32f(const ZeliHaarClassifier_32f* state, ZeliSize* size) { return getSize(state, size); }
-ZelStatus zeliGetHaarClassifierSize_32s(const ZeliHaarClassifier_32s* state, ZeliSize* size) { return getSize(state, size); }
-
-ZelStatus zeliTiltHaarFeatures_32f(const Zel8u* mask, int flag, ZeliHaarClassifier_32f* state)
-{
-    return tilt(mask, flag, state);
-}
-
-ZelStatus zeliTiltHaarFeatures_32s(const Zel8u* mask, int flag, ZeliHaarClassifier_32s* state)
-{
-    return tilt(mask, flag, state);
-}
-
 
 ZelStatus zeliApplyHaarClassifier_32f_C1R(const Zel32f* src, int srcStep, const Zel32f* norm, int normStep, Zel8u* mask,
                                           int maskStep, ZeliSize roiSize, Zel32s* positive, Zel32f threshold,
