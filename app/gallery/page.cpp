@@ -69,7 +69,7 @@ figure th:first-child, figure td:first-child { padding-left: .9rem; }
 summary { cursor: pointer; margin-top: 1rem; list-style: none; }
 summary::-webkit-details-marker { display: none; }
 summary::before { content: "+ "; }
-details[open] > summary::before { content: "- "; }
+details[open] > summary::before { content: "\2212 "; }
 footer { padding-top: 2rem; padding-bottom: 3rem; font-size: .9rem; }
 )";
 
@@ -243,8 +243,8 @@ std::string sectionHtml(const Section& section, const std::map<std::string, Draw
 // All functions, by the chapter that shows them; those that only size memory by themselves.
 std::string functionsHtml(const GalleryPage& page)
 {
-    std::string html = "<h2 id=\"functions\">All functions</h2>\n<p class=\"faint\">What one call took on the largest region that "
-                       "it was used for on this page. The names lead to a figure.</p>\n";
+    std::string html = "<h2 id=\"functions\">All functions</h2>\n<p class=\"faint\">What one call took on the largest region "
+                       "that it was used for on this page. The names lead to a figure.</p>\n";
     for (const Chapter& chapter : page.chapters) {
         std::set<std::string> figures;
         for (const Section& section : chapter.sections)
