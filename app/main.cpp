@@ -1,5 +1,5 @@
 // zelcv: image processing on the command line with the zelcv library.
-#include "commands.h"
+#include "commands/commands.h"
 
 #include <cstdio>
 #include <utility>

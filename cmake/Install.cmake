@@ -21,7 +21,8 @@ if(TARGET zelcv_program)
     set_target_properties(zelcv_program PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
     install(TARGETS zelcv_program RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 endif()
-install(FILES include/zelcv.h core/zelcore.h DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+install(FILES core/zelcore.h include/zelcv.h DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+install(DIRECTORY include/zelcv DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" FILES_MATCHING PATTERN "*.h")
 
 install(EXPORT zelcvTargets NAMESPACE zelcv:: DESTINATION "${package_dir}")
 configure_package_config_file(cmake/zelcvConfig.cmake.in "${PROJECT_BINARY_DIR}/cmake/zelcvConfig.cmake"

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Runs the program zelcv as a user would: app_test.py PROGRAM EXPORTS_DEF VARIANT [LAUNCHER...]"""
 import base64
+import html.parser
 import json
 import math
 import os
@@ -73,6 +74,45 @@ def read_png(path, undo_filters=True):
         rows.append(row)
         before = row
     return width, height, channels, [list(row) for row in rows]
+
+
+class Page(html.parser.HTMLParser):
+    """What stands where on the gallery's page."""
+    def __init__(self, text):
+        super().__init__()
+        self.open, self.wrong = [], []    # elements that are open; tags that do not match
+        self.ids, self.links = [], []     # identifiers; what each link within the page leads to, and its function or "nav"
+        self.folded, self.headings = set(), set()  # identifiers that are seen after a click; those of headings
+        self.shown = {}                   # the functions below each figure
+        self.feed(text)
+        self.close()
+
+    def handle_starttag(self, tag, attributes):
+        attributes, inside = dict(attributes), [name for name, _ in self.open]
+        if tag == "summary" and inside[-1] != "details" or inside[-1:] == ["details"] and tag not in ("summary", "div"):
+            self.wrong.append((self.getpos(), tag))
+        if "id" in attributes:
+            self.ids.append(attributes["id"])
+            if "details" in inside:
+                self.folded.add(attributes["id"])
+            if tag in ("h2", "h3"):
+                self.headings.add(attributes["id"])
+        if attributes.get("href", "").startswith("#"):
+            self.links.append([attributes["href"][1:], "nav" if "nav" in inside else ""])
+        if tag not in ("meta", "img", "rect", "line"):
+            self.open.append((tag, attributes.get("id")))
+
+    def handle_endtag(self, tag):
+        if tag not in ("rect", "line") and self.open.pop()[0] != tag:
+            self.wrong.append((self.getpos(), tag))
+
+    def handle_data(self, data):
+        if self.open and self.open[-1][0] == "code":
+            figures = [name for tag, name in self.open if tag == "figure"]
+            if figures:
+                self.shown.setdefault(figures[0], set()).add(data)
+            elif "a" in [tag for tag, _ in self.open]:
+                self.links[-1][1] = data
 
 
 class Program(unittest.TestCase):
@@ -485,8 +525,23 @@ class Program(unittest.TestCase):
                 self.assertEqual({*pictures, "index.html"}, set(os.listdir(self.path("page"))))
                 for name, width, height in re.findall(r'src="([^"]+)".*? width="(\d+)" height="(\d+)"', page):
                     self.assertEqual((int(width), int(height)), read_png(self.path("page/" + name), False)[:2])
-                self.assertEqual(set(), set(re.findall(r'href="#([^"]+)"', page)) - set(re.findall(r'id="([^"]+)"', page)))
-                self.assertNotRegex(page, r"<script|https?://")
+                self.assertNotRegex(page, r"<script[^>]|https?://")
+                self.check_structure(page)
+
+    def check_structure(self, text):
+        page = Page(text)
+        self.assertEqual(([], []), (page.wrong, page.open))
+        self.assertEqual(len(page.ids), len(set(page.ids)))
+        self.assertEqual(set(), {target for target, _ in page.links} - set(page.ids))
+        self.assertEqual(page.headings, {target for target, where in page.links if where == "nav"})
+        self.assertEqual(set(), page.headings & page.folded)
+        # A function leads to a figure that shows it, and all do; what opens on a click is opened by a link into it.
+        listed = [(target, name) for target, name in page.links if name.startswith("zel")]
+        self.assertEqual({*exports()} - {"zelcvGetLibVersion"}, {name for _, name in listed})
+        self.assertEqual([], [(target, name) for target, name in listed if not re.search("GetBufferSize|GetSize", name)
+                              and name not in page.shown.get(target, ())])
+        self.assertTrue(page.folded & {target for target, _ in page.links})
+        self.assertRegex(text, r'(?s)<script>.*closest\("details"\).*"click".*reveal\(link\).*reveal\(location\).*</script>')
 
 
 def exports():

@@ -1,6 +1,6 @@
-// A client in C++, of both libraries: says which build of zelcv it got, if the calls give what they should.
+// A client in C++, of zelcore and of one subsystem of zelcv: says which build it got, if the calls give what they should.
 #include <zelcore.h>
-#include <zelcv.h>
+#include <zelcv/arith.h>
 
 #include <iostream>
 #include <memory>
