@@ -1,5 +1,7 @@
 #include "support/measure.h"
 
+#include "support/count.h"
+
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -9,54 +11,81 @@
 namespace zelbench {
 namespace {
 
-constexpr ZeliSize kSizes[] = {{640, 480}, {1920, 1080}, {3840, 2160}};
+constexpr ZeliSize kSmall = {96, 96};
+constexpr ZeliSize kSizes[] = {kSmall, {640, 480}, {1920, 1080}, {3840, 2160}};
 
-std::string sized(const std::string& name, ZeliSize size)
-{
-    return name + "/" + std::to_string(size.width) + "x" + std::to_string(size.height);
-}
+bool rowsTouch = false; // planes have no gaps between rows
 
-void run(const std::string& name, double bytesPerPixel, ZeliSize size, const Prepare& prepare, int threads)
+std::vector<Call>& registered()
 {
-    benchmark::RegisterBenchmark(sized(name, size).c_str(), [=](benchmark::State& state) {
-        zelSetNumThreads(threads);
-        const auto call = prepare(size);
-        for (auto _ : state) {
-            call();
-            benchmark::ClobberMemory();
-        }
-        state.counters["pixels"] = double(size.width) * size.height;
-        state.counters["bytesPerPixel"] = bytesPerPixel;
-    })->UseRealTime();
+    static std::vector<Call> calls;
+    return calls;
 }
 
 // memcpy of half of the bytes: as many are read as are written.
-void measureCopy(double bytesPerPixel)
+Call copy(double bytesPerPixel)
 {
-    static std::set<double> registered;
-    if (!registered.insert(bytesPerPixel).second) return;
     char name[40];
     std::snprintf(name, sizeof name, "memcpy:%g", bytesPerPixel);
-    for (ZeliSize size : kSizes)
-        run(name, bytesPerPixel, size, [bytesPerPixel](ZeliSize region) -> std::function<void()> {
-            const auto bytes = std::size_t(bytesPerPixel * region.width * region.height / 2);
-            std::shared_ptr<void> from(zelMalloc(bytes), zelFree), to(zelMalloc(bytes), zelFree);
-            std::memset(from.get(), 1, bytes);
-            return [=] { std::memcpy(to.get(), from.get(), bytes); };
-        }, 1);
+    return {name, bytesPerPixel, [bytesPerPixel](ZeliSize region) -> std::function<void()> {
+                const auto bytes = std::size_t(bytesPerPixel * region.width * region.height / 2);
+                std::shared_ptr<void> from(zelMalloc(bytes), zelFree), to(zelMalloc(bytes), zelFree);
+                std::memset(from.get(), 1, bytes);
+                return [=] { std::memcpy(to.get(), from.get(), bytes); };
+            }, 1};
+}
+
+void registerBenchmark(const Call& call, ZeliSize size)
+{
+    benchmark::RegisterBenchmark((call.name + "/" + toString(size)).c_str(), [=](benchmark::State& state) {
+        const auto work = prepare(call, size);
+        for (auto _ : state) {
+            work();
+            benchmark::ClobberMemory();
+        }
+        state.counters["pixels"] = double(size.width) * size.height;
+        state.counters["bytesPerPixel"] = call.bytesPerPixel;
+    })->UseRealTime();
+}
+
+int measureTimes(int argc, char** argv)
+{
+    std::set<double> copies;
+    for (const Call& call : registered()) {
+        const bool first = copies.insert(call.bytesPerPixel).second;
+        for (ZeliSize size : kSizes) {
+            if (first) registerBenchmark(copy(call.bytesPerPixel), size);
+            registerBenchmark(call, size);
+        }
+    }
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
 }
 
 } // namespace
 
 void measure(const std::string& name, double bytesPerPixel, Prepare prepare, int threads)
 {
-    measureCopy(bytesPerPixel);
-    for (ZeliSize size : kSizes) run(name, bytesPerPixel, size, prepare, threads);
+    registered().push_back({name, bytesPerPixel, prepare, threads});
+}
+
+std::string toString(ZeliSize size)
+{
+    return std::to_string(size.width) + "x" + std::to_string(size.height);
+}
+
+std::function<void()> prepare(const Call& call, ZeliSize size)
+{
+    rowsTouch = size.width == kSmall.width && size.height == kSmall.height;
+    zelSetNumThreads(call.threads);
+    return call.prepare(size);
 }
 
 template <class T>
 Plane<T>::Plane(ZeliSize size, int channels)
-    : step_((size.width * channels * int(sizeof(T)) + 63) & ~63),
+    : step_(rowsTouch ? size.width * channels * int(sizeof(T)) : (size.width * channels * int(sizeof(T)) + 63) & ~63),
       memory_(zelMalloc(std::uint64_t(step_) * std::uint64_t(size.height)), zelFree)
 {
     unsigned state = 1;
@@ -84,4 +113,12 @@ void require(ZelStatus status)
 
 } // namespace zelbench
 
-BENCHMARK_MAIN();
+// zelcv_bench --count WIDTHxHEIGHT FILTER counts instructions; with options of Google Benchmark it measures times.
+int main(int argc, char** argv)
+{
+    using namespace zelbench;
+    ZeliSize size = {};
+    if (argc == 4 && !std::strcmp(argv[1], "--count") && std::sscanf(argv[2], "%dx%d", &size.width, &size.height) == 2)
+        return countInstructions(registered(), size, argv[3]);
+    return measureTimes(argc, argv);
+}

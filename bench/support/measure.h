@@ -1,4 +1,5 @@
-// Registering benchmarks: a call under its exported name at three sizes, and beside it a memcpy that moves as many bytes.
+// Registering benchmarks: a call under its exported name, to be measured at several sizes, and beside it a memcpy that moves
+// as many bytes.
 #pragma once
 
 #include "zelcv.h"
@@ -17,7 +18,19 @@ using Prepare = std::function<std::function<void()>(ZeliSize size)>;
 // The thread setting is 1; with `threads` it is that number.
 void measure(const std::string& name, double bytesPerPixel, Prepare prepare, int threads = 1);
 
-// A plane of zelMalloc memory, filled with a smooth random texture, with steps of whole cache lines.
+struct Call {
+    std::string name;
+    double bytesPerPixel;
+    Prepare prepare;
+    int threads;
+};
+
+std::string toString(ZeliSize size);
+// Sets the number of threads, and hands out the call as it is to be measured.
+std::function<void()> prepare(const Call& call, ZeliSize size);
+
+// A plane of zelMalloc memory, filled with a smooth random texture, with steps of whole cache lines. In measurements of
+// small regions rows follow each other without gaps, so that one pass over all pixels may pay.
 template <class T>
 class Plane {
 public:
