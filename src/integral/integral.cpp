@@ -31,7 +31,7 @@ struct Pixels {
     {
         const Vec<Zel16u> second = Vec<Zel16u>(pixels) >> 8, pairs = (Vec<Zel16u>(pixels) & 0xff) + second;
         const Vec<Zel16u> ofPairs = prefixSumsInGroups(pairs), ofFirsts = ofPairs - second;
-        return convert<Zel32u>(sortGroups(interleaveLow(ofFirsts, ofPairs), interleaveHigh(ofFirsts, ofPairs)));
+        return widenSorted<Zel32u>(interleaveLow(ofFirsts, ofPairs), interleaveHigh(ofFirsts, ofPairs));
     }
 };
 struct Squares {
@@ -165,9 +165,9 @@ private:
                 total = splatLast(row);
             }
         };
-        int x = 0;
+        std::ptrdiff_t x = 0;
         for (; x <= count - kBlock; x += kBlock) block(sums + x, above + x, s + x);
-        if (const int rest = count - x; rest > 0) {
+        if (const auto rest = count - x; rest > 0) {
             Zel8u pixels[kBlock] = {};
             T up[kBlock] = {}, to[kBlock];
             std::memcpy(pixels, s + x, std::size_t(rest));

@@ -54,7 +54,18 @@ ZELCV_INLINE inline auto loadConverted(const T* from)
         return loadWidened<To>(from);
 }
 
-// The same for groups.
+// All elements of sortGroups(a, b), widened to twice their size, where sorting the results costs less.
+template <class To, class V>
+ZELCV_INLINE inline Group<Vec<To>, 4> widenSorted(V a, V b)
+{
+    const auto x = widen<To>(a), y = widen<To>(b);
+    if constexpr (kVectorBytes == 16)
+        return {x.part[0], x.part[1], y.part[0], y.part[1]};
+    else
+        return {x.part[0], y.part[0], x.part[1], y.part[1]};
+}
+
+// convert for groups.
 template <class To, class V, int n>
 ZELCV_INLINE inline auto convert(const Group<V, n>& v)
 {
