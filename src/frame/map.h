@@ -91,27 +91,32 @@ ZELCV_INLINE inline void mapRow(D* dst, int count, const Operation& operation, S
 
 // ---- regions
 
-// Whether the rows of a plane follow each other without gaps.
+// Whether the rows of a plane follow each other without gaps. `elements` in a row.
 template <class T>
-bool isGapless(Plane<T> plane, int width)
+bool isGapless(Plane<T> plane, int elements)
 {
-    return plane.step == std::int64_t(width) * std::int64_t(sizeof(T));
+    return plane.step == std::int64_t(elements) * std::int64_t(sizeof(T));
 }
 
-// Calls row(y, count) for all rows of a region, in bands: the row that starts at row `y` of the planes and has `count`
-// elements. Rows of planes without gaps are one long row.
+// Calls row(y, count) for the rows of a band: the row that starts at row `y` of the planes and has `count` pixels. Where rows
+// follow each other without gaps, up to `atOnce` of them are one long row.
+template <class Row>
+void forLongRows(Band band, int width, bool gapless, int atOnce, const Row& row)
+{
+    atOnce = gapless ? std::min(atOnce, std::numeric_limits<int>::max() / width) : 1;
+    for (int y = band.first; y < band.last;) {
+        const int rows = std::min(atOnce, band.last - y);
+        row(y, width * rows);
+        y += rows;
+    }
+}
+
+// The same for all rows of a region, in bands, as many at once as there are.
 template <class Row, class... Planes>
 void forRows(ZeliSize roi, Gate gate, const Row& row, Planes... planes)
 {
     const bool gapless = (isGapless(planes, roi.width) && ...);
-    const int rowsAtOnce = gapless ? std::numeric_limits<int>::max() / roi.width : 1;
-    forBands(roi, gate, [&](Band band) __attribute__((noinline)) {
-        for (int y = band.first; y < band.last;) {
-            const int rows = std::min(rowsAtOnce, band.last - y);
-            row(y, roi.width * rows);
-            y += rows;
-        }
-    });
+    forBands(roi, gate, [&](Band band) __attribute__((noinline)) { forLongRows(band, roi.width, gapless, roi.height, row); });
 }
 
 } // namespace zelcv

@@ -1,10 +1,9 @@
 // What the statistics share: rows read in runs, whole or under a mask, one channel alone or one of three.
 #pragma once
 
-#include "bands.h"
 #include "checks.h"
+#include "map.h"
 #include "stats/channel.h"
-#include "vector/vector.h"
 
 #include <array>
 #include <cstddef>
@@ -12,31 +11,32 @@
 
 namespace zelcv {
 
-// ---- which pixels of a block count, as vectors of all ones and zeros
+// ---- which pixels of a block count, as bytes of all ones and zeros
+
+// Pixels in a block: a whole vector of mask bytes.
+constexpr int kBlock = kLanes<Zel8u>;
 
 struct MaskBytes {
     static constexpr bool kMasked = true;
     const Zel8u* from;
 
     MaskBytes at(std::ptrdiff_t x) const { return {from + x}; }
+    Vec<Zel8s> lanes() const { return Vec<Zel8s>(load(from) != 0); }
     void copyTo(Zel8u* mask, int count) const { std::memcpy(mask, from, std::size_t(count)); }
-    Vec<Zel8u> bytes() const { return Vec<Zel8u>(load(from) != 0); }
-    Vec<Zel16u> words() const { return Vec<Zel16u>(loadLaneMask<Zel16u>(from)); }
-    Vec<Zel32s> lanes(int part) const { return loadLaneMask<Zel32s>(from + part * kLanes<Zel32s>); }
 };
 
 struct EveryPixel {
     static constexpr bool kMasked = false;
 
     EveryPixel at(std::ptrdiff_t) const { return {}; }
+    Vec<Zel8s> lanes() const { return ~Vec<Zel8s>{}; }
     void copyTo(Zel8u* mask, int count) const { std::memset(mask, 1, std::size_t(count)); }
-    Vec<Zel8u> bytes() const { return ~Vec<Zel8u>{}; }
-    Vec<Zel16u> words() const { return ~Vec<Zel16u>{}; }
-    Vec<Zel32s> lanes(int) const { return ~Vec<Zel32s>{}; }
 };
 
 inline MaskBytes selectionOfRow(Plane<const Zel8u> mask, int y) { return {mask.row(y)}; }
 inline EveryPixel selectionOfRow(EveryPixel, int) { return {}; }
+
+inline bool isGapless(EveryPixel, int) { return true; }
 
 // ---- runs
 
@@ -47,10 +47,18 @@ struct Channel {
     int coi;
 };
 
+template <class T, int channels, std::size_t sources, class Selected>
+bool isGapless(const Channel<T, channels, sources>& channel, Selected selected, int width)
+{
+    for (const auto plane : channel.planes)
+        if (!isGapless(plane, wrappingProduct(width, channels))) return false;
+    return isGapless(selected, width);
+}
+
 // Pixels in a run at most: few enough for counters of 8 bits and sums of squared bytes in 32. Gathered elements stay in
 // cache.
 template <int channels>
-constexpr int kRunPixels = channels == 1 ? 2048 : 512;
+constexpr int kRunPixels = channels == 1 ? 240 * kBlock : 1024;
 
 // A piece of a row, its elements side by side.
 template <class T, std::size_t sources, class Selection>
@@ -101,37 +109,70 @@ void forRuns(int y, int width, const Channel<T, channels, sources>& channel, Sel
     });
 }
 
+// Adds the runs of a band to an accumulator, and calls its endRow() behind each row. `longRows` tells that it does not matter
+// to it where rows end.
+template <class T, int channels, std::size_t sources, class Selected, class Use, class EndRow>
+void forRunsOfBand(Band band, int width, bool longRows, const Channel<T, channels, sources>& channel, Selected selected,
+                   const Use& use, const EndRow& endRow)
+{
+    const bool gapless = longRows && isGapless(channel, selected, width);
+    forLongRows(band, width, gapless, band.rows(), [&](int y, int count) {
+        forRuns(y, count, channel, selected, use);
+        endRow();
+    });
+}
+
+// A row of elements up to 2^bits - 1 whose 32-bit sum, which wraps, cannot do so.
+constexpr bool rowSumFits(int width, int bits) { return width <= std::int64_t(1) << (31 - bits); }
+
 // ---- blocks
 
-// Pixels in a block: a vector, and eight of 32f, which sums in double share among eight lanes.
-constexpr int kFloatBlock = 8, kFloatParts = kFloatBlock / kLanes<Zel32f>;
+// Vectors of T in a block.
 template <class T>
-constexpr int kBlock = sizeof(T) == 4 ? kFloatBlock : kLanes<T>;
+constexpr int kParts = kBlock / kLanes<T>;
 
-// Inlined always, with the steps that it calls: their sums stay in registers.
-#define ZELCV_INLINE __attribute__((always_inline))
+// Of a block the last `count` pixels.
+inline Vec<Zel8s> lastPixels(int count)
+{
+    static constexpr std::array<Zel8s, 2 * kBlock> kZerosAndOnes = [] {
+        std::array<Zel8s, 2 * kBlock> bytes = {};
+        for (int i = kBlock; i < 2 * kBlock; ++i) bytes[std::size_t(i)] = -1;
+        return bytes;
+    }();
+    return load(kZerosAndOnes.data() + count);
+}
 
-// Calls step(count, selection, from) for the blocks of a run. The last one may be short: then it is a copy, whose pixels
-// behind `count` are zero and masked off.
+// Calls step(count, selection, from) for the blocks of a run. The last one of bytes and words may overlap the one before, whose
+// pixels are masked off then; a short one, and that of 32f, is a copy, whose pixels behind `count` are zero and masked off.
 template <class T, std::size_t sources, class Selection, class Step>
 ZELCV_INLINE inline void forBlocks(const Run<T, sources, Selection>& run, const Step& step)
 {
-    int i = 0;
-    for (; i <= run.count - kBlock<T>; i += kBlock<T>) {
+    const auto blockAt = [&](int i) ZELCV_INLINE {
         auto from = run.from;
         for (auto& elements : from) elements += i;
-        step(kBlock<T>, run.selection.at(i), from);
-    }
+        step(kBlock, run.selection.at(i), from);
+    };
+    int i = 0;
+    if constexpr (sizeof(T) == 1) // a block is little work beside the loop's own
+        for (; i <= run.count - 4 * kBlock; i += 4 * kBlock)
+            for (int k = 0; k < 4; ++k) blockAt(i + k * kBlock);
+    for (; i <= run.count - kBlock; i += kBlock) blockAt(i);
     const int rest = run.count - i;
     if (rest == 0) return;
-    T padded[sources][kBlock<T>] = {};
-    Zel8u mask[kBlock<T>] = {};
-    std::array<const T*, sources> from;
-    for (std::size_t s = 0; s < sources; ++s) {
-        std::memcpy(padded[s], run.from[s] + i, sizeof(T) * std::size_t(rest));
-        from[s] = padded[s];
+
+    Zel8u mask[kBlock] = {};
+    T padded[sources][kBlock] = {};
+    auto from = run.from;
+    if (sizeof(T) < 4 && i > 0) {
+        for (auto& elements : from) elements += run.count - kBlock;
+        store(mask, Vec<Zel8u>(run.selection.at(run.count - kBlock).lanes() & lastPixels(rest)));
+    } else {
+        for (std::size_t s = 0; s < sources; ++s) {
+            std::memcpy(padded[s], run.from[s] + i, sizeof(T) * std::size_t(rest));
+            from[s] = padded[s];
+        }
+        run.selection.at(i).copyTo(mask, rest);
     }
-    run.selection.at(i).copyTo(mask, rest);
     step(rest, MaskBytes{mask}, from);
 }
 
@@ -140,16 +181,18 @@ ZELCV_INLINE inline void forBlocks(const Run<T, sources, Selection>& run, const 
 // The sum of a row in double: pixel x goes to lane x mod 8; the lanes fold ((0+4)+(2+6)) + ((1+5)+(3+7)).
 class DoubleLanes {
 public:
-    void add(int part, const Doubles& x) { lanes_[part] = lanes_[part] + x; }
+    // Vector `part` of a block.
+    void add(int part, const Doubles& x) { lanes_[part % kCount] = lanes_[part % kCount] + x; }
     double fold() const
     {
-        double lane[kFloatBlock];
+        double lane[8];
         std::memcpy(lane, lanes_, sizeof lane);
         return ((lane[0] + lane[4]) + (lane[2] + lane[6])) + ((lane[1] + lane[5]) + (lane[3] + lane[7]));
     }
 
 private:
-    Doubles lanes_[kFloatParts] = {};
+    static constexpr int kCount = 8 / kLanes<Zel32f>;
+    Doubles lanes_[kCount] = {};
 };
 
 // ---- checks

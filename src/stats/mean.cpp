@@ -30,12 +30,16 @@ struct Totals {
 template <class T, bool squared>
 class Sums;
 
+// Each of these adds runs, tells whether it matters to it where rows end, and has the sums of the band at last.
+
 // Bytes; those of 8s with 128 added.
 template <class T, bool squared>
     requires(sizeof(T) == 1)
 class Sums<T, squared> {
 public:
     using Result = Totals<std::int64_t, std::int64_t>;
+
+    static bool takesLongRows(int, std::int64_t) { return true; }
 
     template <class Run>
     void add(const Run& run)
@@ -44,7 +48,7 @@ public:
         Vec<Zel32u> squares = {};
         Vec<Zel8u> counts = {};
         forBlocks(run, [&](int, auto selection, auto from) ZELCV_INLINE {
-            const Vec<Zel8u> mask = selection.bytes(), x = (Vec<Zel8u>(load(from[0])) ^ kMove) & mask;
+            const Vec<Zel8u> mask = Vec<Zel8u>(selection.lanes()), x = (Vec<Zel8u>(load(from[0])) ^ kMove) & mask;
             sum += sumBytes(x);
             if constexpr (squared)
                 for (const Vec<Zel16u> half : {Vec<Zel16u>(x) & 0xff, Vec<Zel16u>(x) >> 8})
@@ -56,7 +60,7 @@ public:
         count_ += sumBytes(counts);
         if constexpr (!Run::kMasked) plainCount_ += run.count;
     }
-    void endRow() {}
+    void endRow(int) {}
     Result result() const
     {
         const auto n = std::int64_t(sumOfLanes(count_)) + plainCount_, sum = std::int64_t(sumOfLanes(sum_));
@@ -77,39 +81,44 @@ class Sums<Zel16u, squared> {
 public:
     using Result = Totals<std::int64_t, double>;
 
+    // As long as no row wraps and doubles hold all sums of squares.
+    static bool takesLongRows(int width, std::int64_t area) { return rowSumFits(width, 16) && area < 1 << (53 - 30); }
+
     template <class Run>
     void add(const Run& run)
     {
         const Vec<Zel16s> ones = Vec<Zel16s>{} + Zel16s(1);
-        Vec<Zel32u> sum = sum_;
+        Vec<Zel32u> sum = {};
         Vec<std::uint64_t> squares = squares_;
-        Vec<Zel16u> counts = {};
+        Vec<Zel8u> counts = {};
         forBlocks(run, [&](int, auto selection, auto from) ZELCV_INLINE {
-            const Vec<Zel16u> mask = selection.words();
-            const Vec<Zel16s> x = Vec<Zel16s>((load(from[0]) ^ 0x8000) & mask);
-            sum += multiplyAddPairs(x, ones);
-            if constexpr (squared) squares += sumHalves(multiplyAddPairs(x, x));
-            if constexpr (Run::kMasked) counts -= mask;
+            const Vec<Zel8s> mask = selection.lanes();
+            const auto words = widenMask<Zel16u>(mask);
+            for (int part = 0; part < kParts<Zel16u>; ++part) {
+                const Vec<Zel16u> moved = load(from[0] + part * kLanes<Zel16u>) ^ 0x8000;
+                const Vec<Zel16s> x = Vec<Zel16s>(moved) & words.part[part];
+                sum += multiplyAddPairs(x, ones);
+                if constexpr (squared) squares += sumHalves(multiplyAddPairs(x, x));
+            }
+            if constexpr (Run::kMasked) counts -= Vec<Zel8u>(mask);
         });
-        sum_ = sum;
+        const auto count = Run::kMasked ? std::int64_t(sumOfLanes(sumBytes(counts))) : run.count;
+        sum_ += wrap(sumOfLanes(sum)) + (count << 15);
         squares_ = squares;
-        count_ += Run::kMasked ? sumOfLanes(multiplyAddPairs(Vec<Zel16s>(counts), ones)) : Zel32u(run.count);
+        total_.count += count;
     }
-    void endRow()
+    void endRow(int width)
     {
-        total_.sum += wrap(sumOfLanes(sum_) + (count_ << 15));
+        total_.sum += rowSumFits(width, 16) ? sum_ : wrap(Zel32u(sum_));
         total_.squares += double(std::int64_t(sumOfLanes(squares_)));
-        total_.count += count_;
-        sum_ = Vec<Zel32u>{};
+        sum_ = 0;
         squares_ = Vec<std::uint64_t>{};
-        count_ = 0;
     }
     Result result() const { return total_; }
 
 private:
-    Vec<Zel32u> sum_ = {};
+    std::int64_t sum_ = 0; // of the row
     Vec<std::uint64_t> squares_ = {};
-    Zel32u count_ = 0;
     Result total_ = {};
 };
 
@@ -118,25 +127,28 @@ class Sums<Zel32f, squared> {
 public:
     using Result = Totals<double, double>;
 
+    static bool takesLongRows(int, std::int64_t) { return false; }
+
     template <class Run>
     void add(const Run& run)
     {
         DoubleLanes sum = sum_, squares = squares_;
-        Vec<Zel32s> counts = {};
+        Vec<Zel8u> counts = {};
         forBlocks(run, [&](int, auto selection, auto from) ZELCV_INLINE {
-            for (int part = 0; part < kFloatParts; ++part) {
-                const Vec<Zel32s> mask = selection.lanes(part);
-                const Doubles x = toDoubles(keep(mask, load(from[0] + part * kLanes<Zel32f>)));
+            const Vec<Zel8s> mask = selection.lanes();
+            const auto lanes = widenMask<Zel32f>(mask);
+            for (int part = 0; part < kParts<Zel32f>; ++part) {
+                const Doubles x = toDoubles(keep(lanes.part[part], load(from[0] + part * kLanes<Zel32f>)));
                 sum.add(part, x);
                 if constexpr (squared) squares.add(part, x * x);
-                if constexpr (Run::kMasked) counts -= mask;
             }
+            if constexpr (Run::kMasked) counts -= Vec<Zel8u>(mask);
         });
         sum_ = sum;
         squares_ = squares;
-        total_.count += Run::kMasked ? sumOfLanes(counts) : run.count;
+        total_.count += Run::kMasked ? std::int64_t(sumOfLanes(sumBytes(counts))) : run.count;
     }
-    void endRow()
+    void endRow(int)
     {
         total_.sum += sum_.fold();
         total_.squares += squares_.fold();
@@ -161,10 +173,9 @@ auto sumUp(const Channel<T, channels, 1>& channel, Selected selected, ZeliSize r
     using Result = typename Sums<T, squared>::Result;
     return reduceBands<Result>(roi, gate, [=](Band band) {
         Sums<T, squared> sums;
-        for (int y = band.first; y < band.last; ++y) {
-            forRuns(y, roi.width, channel, selected, [&](const auto& run) { sums.add(run); });
-            sums.endRow();
-        }
+        const bool longRows = sums.takesLongRows(roi.width, std::int64_t(roi.width) * band.rows());
+        forRunsOfBand(band, roi.width, longRows, channel, selected, [&](const auto& run) { sums.add(run); },
+                      [&] { sums.endRow(roi.width); });
         return sums.result();
     }, [](const Result& a, const Result& b) { return a + b; });
 }
@@ -189,9 +200,10 @@ double spread(const Channel<Zel32f, channels, 1>& channel, Selected selected, Ze
         DoubleLanes lanes;
         forRuns(y, roi.width, channel, selected, [&](const auto& run) {
             forBlocks(run, [&](int, auto selection, auto from) ZELCV_INLINE {
-                for (int part = 0; part < kFloatParts; ++part) {
+                const auto selected32 = widenMask<Zel32f>(selection.lanes());
+                for (int part = 0; part < kParts<Zel32f>; ++part) {
                     const Doubles x = toDoubles(load(from[0] + part * kLanes<Zel32f>));
-                    lanes.add(part, forParts(square, widen<std::int64_t>(selection.lanes(part)), x));
+                    lanes.add(part, forParts(square, widen<std::int64_t>(selected32.part[part]), x));
                 }
             });
         });

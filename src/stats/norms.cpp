@@ -54,28 +54,26 @@ struct Difference {
     }
 };
 
-// Calls step(part, count, x) for the vectors of a run: the numbers to take the norm of, masked, as `Of` gives them. The
-// vector is part `part` of a block; of its lanes the first `count` are pixels, all where it is more than there are.
+// Calls step(count, x) for the vectors of a run, in their order: the numbers to take the norm of, masked, as `Of` gives them. Of
+// the lanes of x the first `count` are pixels, all where it is more than there are.
 template <class Of, class T, std::size_t sources, class Step>
 ZELCV_INLINE inline void forMasked(const Run<T, sources, MaskBytes>& run, const Step& step)
 {
     forBlocks(run, [&](int count, MaskBytes mask, const auto& from) ZELCV_INLINE {
-        if constexpr (sizeof(T) == 4) {
-            for (int part = 0; part < kFloatParts; ++part) {
-                const auto x = Of::size([&](int s) { return load(from[std::size_t(s)] + part * kLanes<T>); });
-                step(part, count - part * kLanes<T>, x * keep(mask.lanes(part), splat(1.0f)));
-            }
-        } else {
-            const auto x = Of::size([&](int s) { return load(from[std::size_t(s)]); });
-            if constexpr (sizeof(T) == 1)
-                step(0, count, x & mask.bytes());
+        const auto lanes = widenMask<T>(mask.lanes());
+        for (int part = 0; part < kParts<T>; ++part) {
+            const auto x = Of::size([&](int s) { return load(from[std::size_t(s)] + part * kLanes<T>); });
+            if constexpr (sizeof(T) == 4)
+                step(count - part * kLanes<T>, x * keep(lanes.part[part], splat(1.0f)));
             else
-                step(0, count, x & mask.words());
+                step(count, x & std::remove_const_t<decltype(x)>(lanes.part[part]));
         }
     });
 }
 
 // ---- norms of a band
+//
+// Each of these adds the runs of rows, tells whether it matters to it where rows end, and has the result of the band at last.
 
 // A number as it counts in its norm, and the vectors of it.
 template <class T>
@@ -84,14 +82,16 @@ using Size = std::conditional_t<sizeof(T) == 1, Zel8u, T>;
 template <class T>
 class Largest {
 public:
+    static bool takesLongRows(int) { return true; }
+
     template <class Of, class Run>
     void add(const Run& run)
     {
         Vec<Size<T>> largest = largest_;
-        forMasked<Of>(run, [&](int, int, Vec<Size<T>> x) ZELCV_INLINE { largest = maximum(largest, x); });
+        forMasked<Of>(run, [&](int, Vec<Size<T>> x) ZELCV_INLINE { largest = maximum(largest, x); });
         largest_ = largest;
     }
-    void endRow() {}
+    void endRow(int) {}
     double result() const
     {
         Size<T> largest = 0;
@@ -107,24 +107,26 @@ private:
 template <>
 class Largest<Zel32f> {
 public:
+    static bool takesLongRows(int) { return true; }
+
     template <class Of, class Run>
     void add(const Run& run)
     {
         Vec<Zel32f> largest = {};
         Vec<Zel32s> nans = {};
-        forMasked<Of>(run, [&](int, int, Vec<Zel32f> x) ZELCV_INLINE {
+        forMasked<Of>(run, [&](int, Vec<Zel32f> x) ZELCV_INLINE {
             largest = maximum(largest, absolute(x));
             nans |= x != x;
         });
         if (laneBits(nans) != 0) {
-            forMasked<Of>(run, [&](int, int count, Vec<Zel32f> x) ZELCV_INLINE {
+            forMasked<Of>(run, [&](int count, Vec<Zel32f> x) ZELCV_INLINE {
                 for (int i = 0; i < std::min(count, kLanes<Zel32f>); ++i) take(std::abs(x[i]));
             });
             return;
         }
         for (int i = 0; i < kLanes<Zel32f>; ++i) take(largest[i]);
     }
-    void endRow() {}
+    void endRow(int) {}
     double result() const { return running_; }
 
 private:
@@ -136,43 +138,47 @@ private:
 template <class T>
 class Sum {
 public:
+    static constexpr int kBits = 8 * int(sizeof(T));
+    static bool takesLongRows(int width) { return rowSumFits(width, kBits); }
+
     template <class Of, class Run>
     void add(const Run& run)
     {
-        auto row = row_;
-        forMasked<Of>(run, [&](int, int, Vec<Size<T>> x) ZELCV_INLINE {
+        Vec<std::conditional_t<sizeof(T) == 1, std::uint64_t, Zel32u>> sum = {};
+        forMasked<Of>(run, [&](int, Vec<Size<T>> x) ZELCV_INLINE {
             if constexpr (sizeof(T) == 1)
-                row += sumBytes(x);
+                sum += sumBytes(x);
             else
-                row += Vec<Zel32u>(interleaveLow(x, Vec<Zel16u>{})) + Vec<Zel32u>(interleaveHigh(x, Vec<Zel16u>{}));
+                sum += Vec<Zel32u>(interleaveLow(x, Vec<Zel16u>{})) + Vec<Zel32u>(interleaveHigh(x, Vec<Zel16u>{}));
         });
-        row_ = row;
+        row_ += sumOfLanes(sum);
     }
-    void endRow()
+    void endRow(int width)
     {
-        total_ += wrap(Zel32u(sumOfLanes(row_)));
-        row_ = decltype(row_){};
+        total_ += rowSumFits(width, kBits) ? std::int64_t(row_) : wrap(Zel32u(row_));
+        row_ = 0;
     }
     double result() const { return double(total_); }
 
 private:
-    Vec<std::conditional_t<sizeof(T) == 1, std::uint64_t, Zel32u>> row_ = {};
+    std::uint64_t row_ = 0;
     std::int64_t total_ = 0;
 };
 
 template <>
 class Sum<Zel32f> {
 public:
+    static bool takesLongRows(int) { return false; }
+
     template <class Of, class Run>
     void add(const Run& run)
     {
         DoubleLanes row = row_;
-        forMasked<Of>(run, [&](int part, int, Vec<Zel32f> x) ZELCV_INLINE {
-            row.add(part, toDoubles(absolute(x)));
-        });
+        int part = 0;
+        forMasked<Of>(run, [&](int, Vec<Zel32f> x) ZELCV_INLINE { row.add(part++, toDoubles(absolute(x))); });
         row_ = row;
     }
-    void endRow()
+    void endRow(int)
     {
         total_ += row_.fold();
         row_ = {};
@@ -187,18 +193,20 @@ private:
 // The sum of squares of 32f, in the order of the pixels.
 class SquaresInOrder {
 public:
+    static bool takesLongRows(int) { return true; }
+
     template <class Of, class Run>
     void add(const Run& run)
     {
         double total = total_;
-        forMasked<Of>(run, [&](int, int, Vec<Zel32f> x) ZELCV_INLINE {
+        forMasked<Of>(run, [&](int, Vec<Zel32f> x) ZELCV_INLINE {
             const Vec<Zel32f> square = x * x;
             for (const Vec<Zel64f> half : toDoubles(square).part)
                 for (int i = 0; i < kLanes<Zel64f>; ++i) total += half[i];
         });
         total_ = total;
     }
-    void endRow() {}
+    void endRow(int) {}
     double result() const { return total_; }
 
 private:
@@ -211,9 +219,7 @@ constexpr int kRowsInVector = kVectorBytes / 16;
 template <class T>
 Vec<T> loadRows(const T* const* rows)
 {
-    Vec<T> v;
-    for (int i = 0; i < kRowsInVector; ++i) std::memcpy(reinterpret_cast<char*>(&v) + 16 * i, rows[i], 16);
-    return v;
+    return loadGroups(rows[0], rows[kRowsInVector - 1] - rows[0]);
 }
 
 // The next 8 mask bytes of each row, as lanes of 16 bits that are all ones where the byte is not zero.
@@ -385,13 +391,13 @@ std::array<double, sizeof...(Of)> reduce(const Channel<T, channels, sources>& ch
             return {Accumulator::template ofBand<Of>(channel, mask, roi.width, band)...};
         } else {
             std::array<Accumulator, sizeof...(Of)> accumulators;
-            for (int y = band.first; y < band.last; ++y) {
-                forRuns(y, roi.width, channel, mask, [&](const auto& run) {
-                    auto* accumulator = accumulators.data();
-                    (accumulator++->template add<Of>(run), ...);
-                });
-                for (auto& accumulator : accumulators) accumulator.endRow();
-            }
+            const auto add = [&](const auto& run) {
+                auto* accumulator = accumulators.data();
+                (accumulator++->template add<Of>(run), ...);
+            };
+            forRunsOfBand(band, roi.width, Accumulator::takesLongRows(roi.width), channel, mask, add, [&] {
+                for (auto& accumulator : accumulators) accumulator.endRow(roi.width);
+            });
             Values values;
             for (std::size_t i = 0; i < values.size(); ++i) values[i] = accumulators[i].result();
             return values;

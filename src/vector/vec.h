@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstring>
 #include <type_traits>
+#include <utility>
 
 // The instruction set of the build. SSE2 and AVX2 are the only ones that are known by name; without them, or where told, all
 // operations are those of plain compiler vectors.
@@ -69,6 +70,23 @@ Vec<T> loadUpTo(const T* from, int count)
     else
         std::memcpy(&v, from, sizeof(T) * std::size_t(count));
     return v;
+}
+
+// Each 16 bytes of the vector from their own place: `from`, `from` + `apart`, ...
+template <class T>
+Vec<T> loadGroups(const T* from, [[maybe_unused]] std::ptrdiff_t apart)
+{
+    if constexpr (kVectorBytes == 16) {
+        return load(from);
+    } else {
+        typedef T Half __attribute__((vector_size(16)));
+        Half first, second;
+        std::memcpy(&first, from, sizeof first);
+        std::memcpy(&second, from + apart, sizeof second);
+        return [&]<int... i>(std::integer_sequence<int, i...>) {
+            return __builtin_shufflevector(first, second, i...);
+        }(std::make_integer_sequence<int, kLanes<T>>());
+    }
 }
 
 // The first `bytes` bytes: 4, 8, 16 or all; zeros behind.
