@@ -75,7 +75,7 @@ void expectEveryRowOnce(int height, int wantedTeam)
 
 TEST(Bands, CoverEveryRowOnceAndReduceInOrder)
 {
-    for (int threads : {1, 2, 3, 8, 32, 33, 70}) {
+    for (int threads : {1, 2, 3, 8, 32, 33, 64}) {
         ThreadSetting setting(threads);
         SCOPED_TRACE(testing::Message() << threads << " threads");
         for (int height : {1, 7, 64, 1001}) {
