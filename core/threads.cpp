@@ -5,18 +5,20 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
-#include <exception>
+#include <memory>
 #include <mutex>
-#include <thread>
-#include <vector>
+#include <new>
 
 #include <omp.h>
 
 #if defined(__unix__)
 #include <pthread.h>
+#include <sched.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #endif
 #if __has_include(<sys/single_threaded.h>)
@@ -47,12 +49,14 @@ std::atomic<int> threadSetting{defaultThreads()};
 // The largest team: beyond it threads only take turns on the processors.
 const int largestTeam = std::max(64, 2 * omp_get_num_procs());
 
-// Fork. In the child there is no thread but the one that forked, while OpenMP may still count on those that this thread led. So
-// it works alone from then on, and so do its own children, unless the process had no other thread when it forked. A thread that
-// the child starts knows nothing of this and has teams.
+// A thread that came through a fork, see below.
 thread_local bool severed = false;
 
 #if defined(__unix__)
+
+// In the child of a fork there is no thread but the one that forked, while OpenMP may still count on those that this thread led.
+// So it works alone from then on, and so do its own children, unless the process had no other thread when it forked. A thread
+// that the child starts knows nothing of this and has teams.
 thread_local bool othersAtFork = true;
 
 void beforeFork()
@@ -68,36 +72,74 @@ void inChild()
 }
 
 [[maybe_unused]] const int watchingForks = pthread_atfork(beforeFork, nullptr, inChild);
+
+// Whether there is address space for the stacks of so many threads, and as much again for what else the process does.
+bool stacksFit(int threads)
+{
+    std::size_t stackBytes = 8 << 20;
+#if defined(__GLIBC__)
+    pthread_attr_t attributes;
+    if (pthread_getattr_default_np(&attributes) == 0) {
+        pthread_attr_getstacksize(&attributes, &stackBytes);
+        pthread_attr_destroy(&attributes);
+    }
 #endif
+    const std::size_t bytes = 2 * stackBytes * std::size_t(threads);
+    void* space = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    return space != MAP_FAILED && munmap(space, bytes) == 0;
+}
 
 // The number of threads of this process; 0 where the system does not tell.
 long threadsAlive()
 {
-#if defined(__linux__)
     struct stat tasks;
-    if (stat("/proc/self/task", &tasks) == 0) return long(tasks.st_nlink) - 2; // a directory has two links of its own
-#endif
-    return 0;
+    return stat("/proc/self/task", &tasks) == 0 ? long(tasks.st_nlink) - 2 : 0; // a directory has two links of its own
 }
 
-// Starts `wanted` threads that do nothing but wait for the last one, and tells how many there could be.
+void* waitFor(void* mutex)
+{
+    const std::lock_guard<std::mutex> untilReleased(*static_cast<std::mutex*>(mutex));
+    return nullptr;
+}
+
+// Starts up to `wanted` threads that do nothing, with small stacks, and tells how many there could be at once.
 int tryThreads(int wanted)
 {
+    const std::unique_ptr<pthread_t[]> threads(new (std::nothrow) pthread_t[std::size_t(wanted)]);
+    if (!threads) return 0;
     const long before = threadsAlive();
-    std::mutex finish;
-    std::unique_lock<std::mutex> notYet(finish);
-    std::vector<std::thread> threads;
-    try {
-        threads.reserve(std::size_t(wanted));
-        while (int(threads.size()) < wanted) threads.emplace_back([&finish] { std::lock_guard<std::mutex> wait(finish); });
-    } catch (const std::exception&) { // no more threads, or no memory
-    }
-    notYet.unlock();
-    for (std::thread& thread : threads) thread.join();
+    pthread_attr_t small;
+    pthread_attr_init(&small);
+    pthread_attr_setstacksize(&small, 1 << 18);
+    std::mutex hold;
+    hold.lock();
+    int started = 0, error = 0;
+    while (started < wanted && (error = pthread_create(&threads[std::size_t(started)], &small, waitFor, &hold)) == 0)
+        ++started;
+    hold.unlock();
+    for (int i = 0; i < started; ++i) pthread_join(threads[std::size_t(i)], nullptr);
+    pthread_attr_destroy(&small);
     // A thread that was joined counts against limits until the system has cleared it away.
-    for (int i = 0; i < 1000 && threadsAlive() > before; ++i) std::this_thread::yield();
-    return int(threads.size());
+    for (int i = 0; i < 1000 && threadsAlive() > before; ++i) sched_yield();
+    return error == 0 || error == EAGAIN ? started : wanted; // other errors tell nothing of limits
 }
+
+// The threads that this process can start, `wanted` at most. Where it cannot start all of them a part is left for other things.
+int threadsToBeHad(int wanted)
+{
+    while (wanted > 1 && !stacksFit(wanted)) wanted /= 2;
+    const int started = wanted > 1 ? tryThreads(wanted) : wanted;
+    return started == wanted ? wanted : started / 2;
+}
+
+#else
+
+int threadsToBeHad(int wanted)
+{
+    return wanted;
+}
+
+#endif
 
 // Counts the calls of zelSetNumThreads.
 std::atomic<unsigned> settingsMade{1};
@@ -119,8 +161,7 @@ ZelStatus zelSetNumThreads(Zel32s count)
     return zelStatusOk;
 }
 
-// Each thread has a team of its own, so each finds out for itself, once for a size that it has not had before. One thread more
-// than needed is tried, for what else may start meanwhile.
+// Each thread has a team of its own, so each finds out for itself, once for a size that it has not had before.
 Zel32s ownGetNumThreads(void)
 {
     thread_local int available = 1;
@@ -130,7 +171,7 @@ Zel32s ownGetNumThreads(void)
     if (wanted <= available) return wanted;
     const unsigned setting = settingsMade.load(std::memory_order_relaxed);
     if (refusedUnder != setting) {
-        available = std::max(available, tryThreads(wanted));
+        available = std::max(available, threadsToBeHad(wanted));
         if (available < wanted) refusedUnder = setting;
     }
     return std::min(wanted, available);
