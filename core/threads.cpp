@@ -73,9 +73,11 @@ void inChild()
 
 [[maybe_unused]] const int watchingForks = pthread_atfork(beforeFork, nullptr, inChild);
 
-// Whether there is address space for the stacks of so many threads, and as much again for what else the process does.
-bool stacksFit(int threads)
+// Whether there is address space for so many threads, with a stack and, where a runtime allocates on them, a heap for each, and
+// as much again for what else the process does.
+bool haveRoom(int threads)
 {
+    constexpr std::size_t heapBytes = 64 << 20;
     std::size_t stackBytes = 8 << 20;
 #if defined(__GLIBC__)
     pthread_attr_t attributes;
@@ -84,8 +86,8 @@ bool stacksFit(int threads)
         pthread_attr_destroy(&attributes);
     }
 #endif
-    const std::size_t bytes = 2 * stackBytes * std::size_t(threads);
-    void* space = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    const std::size_t bytes = 2 * (stackBytes + heapBytes) * std::size_t(threads);
+    void* space = mmap(nullptr, bytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     return space != MAP_FAILED && munmap(space, bytes) == 0;
 }
 
@@ -127,7 +129,7 @@ int tryThreads(int wanted)
 // The threads that this process can start, `wanted` at most. Where it cannot start all of them a part is left for other things.
 int threadsToBeHad(int wanted)
 {
-    while (wanted > 1 && !stacksFit(wanted)) wanted /= 2;
+    while (wanted > 1 && !haveRoom(wanted)) wanted /= 2;
     const int started = wanted > 1 ? tryThreads(wanted) : wanted;
     return started == wanted ? wanted : started / 2;
 }
