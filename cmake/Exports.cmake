@@ -1,5 +1,5 @@
-# What the linker is told: the names that leave a library, and how long it stays. From src/frame/exports.def comes the forwarding
-# table too.
+# What the linker is told: the names that leave a library, and how long it stays. From src/frame/exports.def comes the
+# forwarding table too.
 
 # zelcv_read_exports(FILE): sets ZELCV_EXPORTS to the names in order and ZELCV_SHARED to "name=other" pairs.
 function(zelcv_read_exports file)

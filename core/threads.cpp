@@ -1,6 +1,6 @@
 // The thread setting, and how many threads a call may ask OpenMP for: what the user set, as far as the machine has a use for
-// them and the process can have them. An OpenMP runtime ends the process when it cannot start a thread, and waits for ever for
-// threads that a fork has left behind, so both are found out before it is asked.
+// them and the process can have them. An OpenMP runtime ends the process when it cannot start a thread, and waits for ever
+// for threads that a fork has left behind, so both are found out before it is asked.
 #include "zelcore.h"
 
 #include <algorithm>
@@ -54,9 +54,9 @@ thread_local bool severed = false;
 
 #if defined(__unix__)
 
-// In the child of a fork there is no thread but the one that forked, while OpenMP may still count on those that this thread led.
-// So it works alone from then on, and so do its own children, unless the process had no other thread when it forked. A thread
-// that the child starts knows nothing of this and has teams.
+// In the child of a fork there is no thread but the one that forked, while OpenMP may still count on those that this thread
+// led. So it works alone from then on, and so do its own children, unless the process had no other thread when it forked. A
+// thread that the child starts knows nothing of this and has teams.
 thread_local bool othersAtFork = true;
 
 void beforeFork()
@@ -73,8 +73,8 @@ void inChild()
 
 [[maybe_unused]] const int watchingForks = pthread_atfork(beforeFork, nullptr, inChild);
 
-// Whether there is address space for so many threads, with a stack and, where a runtime allocates on them, a heap for each, and
-// as much again for what else the process does.
+// Whether there is address space for so many threads, with a stack and, where a runtime allocates on them, a heap for each,
+// and as much again for what else the process does.
 bool haveRoom(int threads)
 {
     constexpr std::size_t heapBytes = 64 << 20;
@@ -126,7 +126,8 @@ int tryThreads(int wanted)
     return error == 0 || error == EAGAIN ? started : wanted; // other errors tell nothing of limits
 }
 
-// The threads that this process can start, `wanted` at most. Where it cannot start all of them a part is left for other things.
+// The threads that this process can start, `wanted` at most. Where it cannot start all of them a part is left for other
+// things.
 int threadsToBeHad(int wanted)
 {
     while (wanted > 1 && !haveRoom(wanted)) wanted /= 2;

@@ -24,7 +24,8 @@ void measure(const char* what, double seconds, Milliseconds pause, const Call& c
 {
     std::vector<double> times;
     call();
-    for (const auto begin = Clock::now(); times.size() < 5000 && Clock::now() - begin < std::chrono::duration<double>(seconds);) {
+    const auto end = Clock::now() + std::chrono::duration<double>(seconds);
+    while (times.size() < 5000 && Clock::now() < end) {
         if (pause.count() > 0) std::this_thread::sleep_for(pause);
         const auto start = Clock::now();
         call();

@@ -56,8 +56,8 @@ void forBands(ZeliSize roi, Gate gate, const Body& body)
 }
 
 // Runs `body`, which returns the partial result of its band, and folds the results in the order of the bands:
-// fold(running, next) for the second band on. Bands without rows count too, so the team is as planned. Slots stand on the stack for up to 32 threads; a larger team is cut to that
-// when there is no memory for its slots.
+// fold(running, next) for the second band on. Bands without rows count too, so the team is as planned. Slots stand on the
+// stack for up to 32 threads; a larger team is cut to that when there is no memory for its slots.
 template <class Partial, class Body, class Fold>
 Partial reduceBands(ZeliSize roi, Gate gate, const Body& body, const Fold& fold)
 {

@@ -48,8 +48,8 @@ public:
     // As many bands as 1024 pixels each allow, within the thread setting and 32.
     static constexpr Gate bandCountCapped() { return Gate(Kind::BandCountCapped); }
 
-    // The largest team that the region may have; kSerial when it stays on the calling thread. `host` is a Host, or another that
-    // answers the same questions.
+    // The largest team that the region may have; kSerial when it stays on the calling thread. `host` is a Host, or another
+    // that answers the same questions.
     template <class Asked>
     constexpr int teamLimit(ZeliSize roi, const Asked& host) const
     {

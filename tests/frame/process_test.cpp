@@ -1,5 +1,6 @@
-// What happens to the process of a caller: forks, thread settings out of all proportion, no memory for threads. A call of each
-// kind of gate must compute what it computes on one thread. Whatever may hang or end does so in a child, under an alarm.
+// What happens to the process of a caller: forks, thread settings out of all proportion, no memory for threads. A call of
+// each kind of gate must compute what it computes on one thread. Whatever may hang or end does so in a child, under an
+// alarm.
 #include "support/images.h"
 
 #include <array>

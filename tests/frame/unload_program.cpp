@@ -1,5 +1,5 @@
-// Loads the library that it is told, makes a call on several threads, closes the library and goes on. What is left of the call
-// must not bring the program down. It is not linked with the library.
+// Loads the library that it is told, makes a call on several threads, closes the library and goes on. What is left of the
+// call must not bring the program down. It is not linked with the library.
 #include <chrono>
 #include <cstdio>
 #include <thread>
