@@ -1,4 +1,5 @@
-# Reads src/frame/exports.def and writes what the linker and the forwarding table need from it.
+# What the linker is told: the names that leave a library, and how long it stays. From src/frame/exports.def comes the
+# forwarding table too.
 
 # zelcv_read_exports(FILE): sets ZELCV_EXPORTS to the names in order and ZELCV_SHARED to "name=other" pairs.
 function(zelcv_read_exports file)
@@ -67,4 +68,12 @@ function(zelcv_export_names target)
     foreach(pair IN LISTS arg_SHARED)
         target_link_options(${target} PRIVATE "LINKER:--defsym=${pair}")
     endforeach()
+endfunction()
+
+# zelcv_keep_loaded(TARGET): the library stays in memory after dlclose, and so does the OpenMP runtime that it needs: the
+# threads of the runtime outlive the call that started them.
+function(zelcv_keep_loaded target)
+    if(NOT WIN32)
+        target_link_options(${target} PRIVATE LINKER:-z,nodelete)
+    endif()
 endfunction()

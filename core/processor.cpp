@@ -1,21 +1,15 @@
-// The thread setting, and what can be learned about the processor.
+// What can be learned about the processor.
 #include "zelcore.h"
 
 #include <cpuid.h>
 
 #include <algorithm>
 #include <atomic>
-#include <charconv>
-#include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <limits>
 #include <set>
 #include <string>
 #include <thread>
-#include <utility>
-
-#include <omp.h>
 
 #if defined(__linux__)
 #include <unistd.h>
@@ -24,25 +18,6 @@
 namespace {
 
 constexpr Zel32s kFallbackCacheBytes = 1 << 20;
-
-// OMP_NUM_THREADS is a positive number or a list of them, one for each nesting level: the first one counts here.
-int defaultThreads()
-{
-    if (const char* text = std::getenv("OMP_NUM_THREADS")) {
-        while (*text == ' ' || *text == '\t') ++text;
-        int count = 0;
-        const char* end = text + std::strlen(text);
-        const auto parsed = std::from_chars(text, end, count);
-        const char* rest = parsed.ptr;
-        while (rest != end && (*rest == ' ' || *rest == '\t')) ++rest;
-        if (parsed.ec == std::errc() && count >= 1 && (rest == end || *rest == ',')) return count;
-    }
-    return std::max(1, omp_get_num_procs());
-}
-
-// Read when the library is loaded: later the calling thread may be bound to a few of the processors. OpenMP binds even the
-// first thread before that when the environment asks for it, but still knows how many processors the process had.
-std::atomic<int> threadSetting{defaultThreads()};
 
 // Largest cache of the deterministic cache parameters: leaf 4, and its twin on processors that keep it elsewhere.
 uint64_t largestCache(unsigned leaf)
@@ -94,37 +69,31 @@ int readCoresOnDie()
     return cores.empty() ? all : static_cast<int>(cores.size());
 }
 
+// Reads a fact on first use; threads that come at the same time may read it twice. Not a static variable of a function: its
+// guard would stay shut for ever in the child of a fork that came while another thread was reading.
+template <class Read>
+Zel32s readOnce(std::atomic<Zel32s>& fact, const Read& read)
+{
+    Zel32s value = fact.load(std::memory_order_relaxed);
+    if (value == 0) {
+        value = read();
+        fact.store(value, std::memory_order_relaxed);
+    }
+    return value;
+}
+
+std::atomic<Zel32s> cacheBytes{0}, coresOnDie{0}; // 0: not read yet
+
 } // namespace
-
-ZelStatus zelGetNumThreads(Zel32s* count)
-{
-    if (!count) return zelStatusNullPointer;
-    *count = threadSetting.load(std::memory_order_relaxed);
-    return zelStatusOk;
-}
-
-ZelStatus zelSetNumThreads(Zel32s count)
-{
-    if (count < 1) return zelStatusBadArgument;
-    threadSetting.store(count, std::memory_order_relaxed);
-    return zelStatusOk;
-}
-
-Zel32s ownGetNumThreads(void)
-{
-    return threadSetting.load(std::memory_order_relaxed);
-}
 
 ZelStatus zelGetMaxCacheSizeB(Zel32s* bytes)
 {
     if (!bytes) return zelStatusNullPointer;
-    static const Zel32s size = readCacheBytes();
-    *bytes = size;
+    *bytes = readOnce(cacheBytes, readCacheBytes);
     return zelStatusOk;
 }
 
 Zel32s zelGetNumCoresOnDie(void)
 {
-    static const int cores = readCoresOnDie();
-    return cores;
+    return readOnce(coresOnDie, readCoresOnDie);
 }

@@ -75,10 +75,15 @@ ZELCORE_API void zelFree(void* block);
 ZELCORE_API ZelStatus zelGetNumThreads(Zel32s* count);
 
 /* Sets that number for the whole process. Below 1: zelStatusBadArgument (-5), and the setting stays.
- * Buffers must be sized and used under the same setting. */
+ * Buffers must be sized and used under the same setting. A call may use fewer threads:
+ * - never more than 64 or, where that is more, twice the processors of this process;
+ * - where the process cannot start as many when the calling thread first needs them, at most half of those that it can
+ *   (setting the number again makes it try again);
+ * - one in the child of a fork, on the thread that forked, unless the process had no other thread at that time. */
 ZELCORE_API ZelStatus zelSetNumThreads(Zel32s count);
 
-/* The number of threads to ask for in a parallel region that is about to open. Today the setting itself. */
+/* The number of threads to ask for in a parallel region that is about to open: the setting within the limits told above.
+ * A thread that asks for more than it had before starts as many threads for a moment, to see whether they can be had. */
 ZELCORE_API Zel32s ownGetNumThreads(void);
 
 /* Stores the size in bytes of the largest cache of the processor (1 MiB where it cannot be read).

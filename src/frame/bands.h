@@ -27,10 +27,11 @@ constexpr Band cutBand(int height, int count, int index)
     return {first, index == count - 1 ? height : first + rows, index, count};
 }
 
-// The team to ask for under `gate`. One where OpenMP would not fork: a call from inside an active parallel region.
+// The team to ask for under `gate`: at most what zelcore says can be had now. One where OpenMP would not fork: a call from
+// inside an active parallel region.
 inline int planTeam(ZeliSize roi, Gate gate)
 {
-    const int limit = gate.teamLimit(roi, Host::current());
+    const int limit = gate.teamLimit(roi, Host());
     if (limit == Gate::kSerial || omp_get_active_level() >= omp_get_max_active_levels()) return 1;
     return std::max(1, std::min(limit, int(ownGetNumThreads())));
 }
@@ -47,15 +48,16 @@ void runTeam(int height, int team, const Body& body)
     body(cutBand(height, omp_get_num_threads(), omp_get_thread_num()));
 }
 
+// No more threads than rows: a band without rows would do nothing, and the last one would have them all.
 template <class Body>
 void forBands(ZeliSize roi, Gate gate, const Body& body)
 {
-    runTeam(roi.height, planTeam(roi, gate), body);
+    runTeam(roi.height, std::min(planTeam(roi, gate), roi.height), body);
 }
 
 // Runs `body`, which returns the partial result of its band, and folds the results in the order of the bands:
-// fold(running, next) for the second band on. Slots stand on the stack for up to 32 threads; a larger team is cut to that
-// when there is no memory for its slots.
+// fold(running, next) for the second band on. Bands without rows count too, so the team is as planned. Slots stand on the
+// stack for up to 32 threads; a larger team is cut to that when there is no memory for its slots.
 template <class Partial, class Body, class Fold>
 Partial reduceBands(ZeliSize roi, Gate gate, const Body& body, const Fold& fold)
 {

@@ -10,14 +10,11 @@
 
 namespace zelcv {
 
-// What gates look at besides the region.
+// What gates look at besides the region. They ask when they need to know: most calls are decided by the region alone.
 struct Host {
-    int threads;    // the thread setting
-    int cores;      // on the die
-    int callerTeam; // size of the OpenMP team that the call is made from, 1 in serial code
-
-    bool severalCores() const { return cores != 0 && cores != 1; }
-    static Host current() { return {ownGetThreadCount(), zelGetNumCoresOnDie(), omp_get_num_threads()}; }
+    int threads() const { return ownGetThreadCount(); }       // the thread setting
+    int cores() const { return zelGetNumCoresOnDie(); }       // on the die
+    int callerTeam() const { return omp_get_num_threads(); } // size of the OpenMP team that calls, 1 in serial code
 };
 
 class Gate {
@@ -51,24 +48,32 @@ public:
     // As many bands as 1024 pixels each allow, within the thread setting and 32.
     static constexpr Gate bandCountCapped() { return Gate(Kind::BandCountCapped); }
 
-    // The largest team that the region may have; kSerial when it stays on the calling thread.
-    constexpr int teamLimit(ZeliSize roi, const Host& host) const
+    // The largest team that the region may have; kSerial when it stays on the calling thread. `host` is a Host, or another
+    // that answers the same questions.
+    template <class Asked>
+    constexpr int teamLimit(ZeliSize roi, const Asked& host) const
     {
         const int area = wrappingProduct(roi.width, roi.height);
-        const auto perThread = [&](int shift) { return area >= wrappingShift(host.threads, shift); };
-        const auto when = [](bool parallel, int limit = kNoLimit) { return parallel ? limit : kSerial; };
+        const auto perThread = [&](int shift) { return area >= wrappingShift(host.threads(), shift); };
+        const auto severalCores = [&] { return host.cores() != 0 && host.cores() != 1; };
+        const auto when = [](bool parallel) { return parallel ? kNoLimit : kSerial; };
         switch (kind_) {
         case Kind::Serial: break;
         case Kind::Area: return when(area >= value_);
-        case Kind::AreaPerThread:
-            return when(perThread(value_) && (cores_ == Cores::Any || host.severalCores()));
-        case Kind::TwoLevel: return when((perThread(15) && host.severalCores()) || perThread(17));
+        case Kind::AreaPerThread: return when(perThread(value_) && (cores_ == Cores::Any || severalCores()));
+        case Kind::TwoLevel: return when((perThread(15) && severalCores()) || perThread(17));
         case Kind::BorderFilter:
-            return when(wrappingProduct(5, host.threads) <= roi.height && roi.width >= 256 && roi.height >= 256 &&
-                            host.threads >= 2 && host.severalCores(),
-                        std::min(roi.height / 128, host.cores));
-        case Kind::BandCount: return std::max(kSerial, std::min({host.callerTeam, roi.height >> 4, area >> 10}));
-        case Kind::BandCountCapped: return std::max(kSerial, std::min({host.threads, area >> 10, 32}));
+            if (roi.width < 256 || roi.height < 256) break;
+            if (host.threads() < 2 || wrappingProduct(5, host.threads()) > roi.height || !severalCores()) break;
+            return std::min(roi.height / 128, host.cores());
+        case Kind::BandCount: {
+            const int bands = std::min(roi.height >> 4, area >> 10);
+            return bands > 1 ? std::min(bands, host.callerTeam()) : kSerial;
+        }
+        case Kind::BandCountCapped: {
+            const int bands = std::min(area >> 10, 32);
+            return bands > 1 ? std::min(bands, host.threads()) : kSerial;
+        }
         }
         return kSerial;
     }

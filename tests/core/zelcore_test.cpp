@@ -3,7 +3,9 @@
 #include "zelcore.h"
 
 #include <gtest/gtest.h>
+#include <omp.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -47,7 +49,7 @@ TEST(Memory, CountsWith64Bits)
     zelFree(block);
 }
 
-TEST(Threads, KeepTheSettingWhenToldNonsense)
+TEST(Threads, KeepTheSettingWhenToldNonsenseOrMoreThanATeamHas)
 {
     Zel32s before = 0, now = 0;
     ASSERT_EQ(zelGetNumThreads(&before), zelStatusOk);
@@ -57,6 +59,13 @@ TEST(Threads, KeepTheSettingWhenToldNonsense)
     EXPECT_EQ(zelGetNumThreads(&now), zelStatusOk);
     EXPECT_EQ(now, 37);
     EXPECT_EQ(ownGetNumThreads(), 37);
+    const int largestTeam = std::max(64, 2 * omp_get_num_procs());
+    for (int setting : {64, largestTeam + 1, INT32_MAX}) {
+        EXPECT_EQ(zelSetNumThreads(setting), zelStatusOk);
+        EXPECT_EQ(zelGetNumThreads(&now), zelStatusOk);
+        EXPECT_EQ(now, setting);
+        EXPECT_EQ(ownGetNumThreads(), std::min(setting, largestTeam));
+    }
     zelSetNumThreads(before);
 }
 

@@ -2,8 +2,18 @@
 #include "bands.h"
 #include "support/images.h"
 
+#include <dlfcn.h>
+
 using namespace zelcv;
 using zeltest::ThreadSetting;
+
+// Stands before zelcore's, so that memory can be refused.
+static bool memoryRefused = false;
+void* zelMalloc(uint64_t bytes)
+{
+    static const auto real = reinterpret_cast<void* (*)(uint64_t)>(dlsym(RTLD_NEXT, "zelMalloc"));
+    return memoryRefused ? nullptr : real(bytes);
+}
 
 namespace {
 
@@ -75,7 +85,7 @@ void expectEveryRowOnce(int height, int wantedTeam)
 
 TEST(Bands, CoverEveryRowOnceAndReduceInOrder)
 {
-    for (int threads : {1, 2, 3, 8, 32, 33, 70}) {
+    for (int threads : {1, 2, 3, 8, 32, 33, 64}) {
         ThreadSetting setting(threads);
         SCOPED_TRACE(testing::Message() << threads << " threads");
         for (int height : {1, 7, 64, 1001}) {
@@ -84,11 +94,29 @@ TEST(Bands, CoverEveryRowOnceAndReduceInOrder)
             expectEveryRowOnce(height, 1);
         }
     }
-    // OpenMP may give fewer threads than were asked for.
     ThreadSetting setting(60);
+    memoryRefused = true; // of which a team of more than 32 needs some
+    expectEveryRowOnce(1001, 32);
+    memoryRefused = false;
+    // OpenMP may give fewer threads than were asked for.
     omp_set_dynamic(1);
     expectEveryRowOnce(1000, kAnyTeam);
     omp_set_dynamic(0);
+}
+
+TEST(Bands, AreNoMoreThanRowsWhereTheyNeedNotBe)
+{
+    ThreadSetting setting(8);
+    for (auto [height, wanted] : {std::pair(1, 1), std::pair(3, 3), std::pair(7, 7), std::pair(9, 8)}) {
+        std::vector<int> rows(8, 0);
+        int count = 0;
+        forBands({1000, height}, kOpen, [&](Band band) {
+            if (band.index == 0) count = band.count;
+            rows[std::size_t(band.index)] = band.rows();
+        });
+        EXPECT_EQ(count, wanted);
+        EXPECT_EQ(rows[std::size_t(wanted) - 1], 1 + height - wanted);
+    }
 }
 
 } // namespace

@@ -12,12 +12,22 @@ namespace {
 constexpr int kNoLimit = Gate::kNoLimit, kNever = INT_MAX;
 constexpr auto kSeveral = Gate::Cores::Several;
 
+// A machine made up, which counts the questions.
+struct FakeHost {
+    int threadSetting, coreCount, team;
+    mutable int asked = 0;
+
+    int threads() const { return ++asked, threadSetting; }
+    int cores() const { return ++asked, coreCount; }
+    int callerTeam() const { return ++asked, team; }
+};
+
 TEST(Gates, ThatLookAtTheAreaOpenAtTheirThreshold)
 {
     struct Case {
         const char* what;
         Gate gate;
-        Host host;
+        FakeHost host;
         int threshold;
     };
     const Case cases[] = {
@@ -54,7 +64,7 @@ TEST(Gates, ThatLookAtMoreGiveTheLargestTeam)
     struct Case {
         Gate gate;
         ZeliSize roi;
-        Host host;
+        FakeHost host;
         int limit;
     };
     const Case cases[] = {
@@ -80,8 +90,19 @@ TEST(Gates, ThatLookAtMoreGiveTheLargestTeam)
     };
     for (const Case& c : cases)
         EXPECT_EQ(c.gate.teamLimit(c.roi, c.host), c.limit)
-            << c.roi.width << " by " << c.roi.height << ", threads " << c.host.threads << ", cores " << c.host.cores
-            << ", caller's team " << c.host.callerTeam;
+            << c.roi.width << " by " << c.roi.height << ", threads " << c.host.threadSetting << ", cores " << c.host.coreCount
+            << ", caller's team " << c.host.team;
+}
+
+TEST(Gates, AskNothingAboutASmallImageThatItsSizeCanTell)
+{
+    const FakeHost host{2, 2, 2};
+    for (Gate gate : {Gate::serial(), Gate::area(0x4000), Gate::borderFilter(), Gate::bandCount(), Gate::bandCountCapped()})
+        EXPECT_EQ(gate.teamLimit({96, 15}, host), Gate::kSerial);
+    EXPECT_EQ(host.asked, 0);
+    for (Gate gate : {Gate::areaPerThread(15, kSeveral), Gate::pipeline(3)})
+        EXPECT_EQ(gate.teamLimit({96, 96}, host), Gate::kSerial);
+    EXPECT_EQ(host.asked, 2) << "the thread setting";
 }
 
 } // namespace
