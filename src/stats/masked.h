@@ -147,17 +147,17 @@ inline Vec<Zel8s> lastPixels(int count)
 template <class T, std::size_t sources, class Selection, class Step>
 ZELCV_INLINE inline void forBlocks(const Run<T, sources, Selection>& run, const Step& step)
 {
-    const auto blockAt = [&](int i) ZELCV_INLINE {
+    const auto blockAt = [&](std::ptrdiff_t i) ZELCV_INLINE {
         auto from = run.from;
         for (auto& elements : from) elements += i;
         step(kBlock, run.selection.at(i), from);
     };
-    int i = 0;
+    std::ptrdiff_t i = 0;
     if constexpr (sizeof(T) == 1) // a block is little work beside the loop's own
         for (; i <= run.count - 4 * kBlock; i += 4 * kBlock)
             for (int k = 0; k < 4; ++k) blockAt(i + k * kBlock);
     for (; i <= run.count - kBlock; i += kBlock) blockAt(i);
-    const int rest = run.count - i;
+    const auto rest = int(run.count - i);
     if (rest == 0) return;
 
     Zel8u mask[kBlock] = {};
@@ -185,12 +185,22 @@ public:
     void add(int part, const Doubles& x) { lanes_[part % kCount] = lanes_[part % kCount] + x; }
     double fold() const
     {
-        double lane[8];
-        std::memcpy(lane, lanes_, sizeof lane);
-        return ((lane[0] + lane[4]) + (lane[2] + lane[6])) + ((lane[1] + lane[5]) + (lane[3] + lane[7]));
+        Doubles sum = lanes_[0];
+        for (int i = 1; i < kCount; ++i) sum = sum + lanes_[i];
+        return foldPairs(sum.part[0] + sum.part[1]);
     }
 
 private:
+    // Of what was folded by halves: in each way here lanes 4, then lanes 2 apart have met.
+    template <class V>
+    static double foldPairs(V v)
+    {
+        if constexpr (kLanes<Zel64f> == 2)
+            return v[0] + v[1];
+        else
+            return (v[0] + v[2]) + (v[1] + v[3]);
+    }
+
     static constexpr int kCount = 8 / kLanes<Zel32f>;
     Doubles lanes_[kCount] = {};
 };

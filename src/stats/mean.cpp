@@ -151,7 +151,7 @@ public:
     void endRow(int)
     {
         total_.sum += sum_.fold();
-        total_.squares += squares_.fold();
+        if constexpr (squared) total_.squares += squares_.fold();
         sum_ = squares_ = {};
     }
     Result result() const { return total_; }

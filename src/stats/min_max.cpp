@@ -1,14 +1,14 @@
 // Minimum and maximum with position. Rows are scanned for their extremes; a row that improves on the rows above it is noted.
-// Then the two rows noted are searched for the leftmost pixel that has the value.
+// Then the two rows noted are searched for the leftmost pixel that has the value. Where rows follow each other without gaps,
+// some of them are scanned and noted as one.
 //
 // Each lane of a vector keeps the extremes of its own columns from row to row; whether a row improved on the rows above it is
 // one comparison of all lanes with the values so far.
 //
 // NaN takes no part: it is neither smaller nor larger, and as a masked pixel it does not count.
-#include "bands.h"
 #include "checks.h"
+#include "map.h"
 #include "stats/channel.h"
-#include "vector/vector.h"
 
 #include <algorithm>
 #include <functional>
@@ -71,16 +71,14 @@ public:
             Zel8u sameMask[kBlock];
             std::fill(std::copy_n(x, count, sameAgain), sameAgain + kBlock, *x);
             if constexpr (kMasked) std::fill(std::copy_n(mask, count, sameMask), sameMask + kBlock, *mask);
-            lanes_[0].take(sameAgain, sameMask, 0);
+            take(lanes_, sameAgain, sameMask);
             return;
         }
         Lanes lanes[kChains];
         std::copy_n(lanes_, kChains, lanes);
-        int i = 0;
-        for (; i <= count - kChains * kBlock; i += kChains * kBlock)
-            for (int chain = 0; chain < kChains; ++chain) lanes[chain].take(x, mask, i + chain * kBlock);
-        for (; i <= count - kBlock; i += kBlock) lanes[0].take(x, mask, i);
-        if (i < count) lanes[0].take(x, mask, count - kBlock); // some pixels twice
+        std::ptrdiff_t i = 0;
+        for (; i <= count - kBlock; i += kBlock) take(lanes, x + i, mask + i);
+        if (i < count) take(lanes, x + count - kBlock, mask + count - kBlock); // some pixels twice
         std::copy_n(lanes, kChains, lanes_);
     }
 
@@ -107,18 +105,19 @@ public:
     }
 
 private:
-    static constexpr int kBlock = kLanes<T>, kChains = 4; // chains of operations that do not wait for each other
+    static constexpr int kChains = 4; // chains of operations that do not wait for each other
+    static constexpr int kVectors = std::max(kChains, int(sizeof(T))), kBlock = kVectors * kLanes<T>;
     using Bits = Vec<std::conditional_t<std::is_same_v<Key, Zel32f>, Zel32s, Key>>;
 
     struct Lanes {
         Vec<Key> low, high;
         Bits seen;
 
-        void take(const T* x, const Zel8u* mask, int i)
+        // `selected` is read in masked scans.
+        void take(Vec<Key> forLow, [[maybe_unused]] Bits selected)
         {
-            Vec<Key> forLow = Keys<T>::of(load(x + i)), forHigh = forLow;
+            Vec<Key> forHigh = forLow;
             if constexpr (kMasked) {
-                const Bits selected = Bits(loadLaneMask<T>(mask + i));
                 forLow = Vec<Key>(Bits(forLow) | ~selected); // the largest number, or NaN
                 if constexpr (std::is_same_v<Key, Zel32f>) {
                     forHigh = forLow;
@@ -133,11 +132,26 @@ private:
         }
     };
 
+    // A block, in whole vectors of mask bytes.
+    ZELCV_INLINE static void take(Lanes (&lanes)[kChains], const T* x, [[maybe_unused]] const Zel8u* mask)
+    {
+        constexpr int parts = int(sizeof(T)); // that a vector of mask bytes is for
+        for (int first = 0; first < kVectors; first += parts) {
+            Group<Bits, parts> selected = {};
+            if constexpr (kMasked) {
+                const auto wide = loadMask<T>(mask + first * kLanes<T>);
+                for (int i = 0; i < parts; ++i) selected.part[i] = Bits(wide.part[i]);
+            }
+            for (int i = 0; i < parts; ++i)
+                lanes[(first + i) % kChains].take(Keys<T>::of(load(x + (first + i) * kLanes<T>)), selected.part[i]);
+        }
+    }
+
     template <class Better>
     static bool improved(Vec<Key> lanes, Key& now, const Better& better)
     {
         if (!anyLane(better(lanes, splat(now)))) return false;
-        for (int i = 0; i < kBlock; ++i) {
+        for (int i = 0; i < kLanes<T>; ++i) {
             const Key lane = lanes[i];
             if (better(lane, now)) now = lane;
         }
@@ -150,21 +164,26 @@ private:
 
 // ---- partial results
 
+// Some rows that were scanned as one: the first of them, and the pixels of all.
+struct LongRow {
+    int first, pixels;
+};
+
 template <class T>
 struct Extremes {
     T min, max;
-    int minRow, maxRow;
+    LongRow minAt, maxAt;
     bool found;
 
     friend Extremes fold(Extremes all, const Extremes& next)
     {
         if (next.min < all.min) {
             all.min = next.min;
-            all.minRow = next.minRow;
+            all.minAt = next.minAt;
         }
         if (next.max > all.max) {
             all.max = next.max;
-            all.maxRow = next.maxRow;
+            all.maxAt = next.maxAt;
         }
         all.found |= next.found;
         return all;
@@ -179,36 +198,42 @@ struct Region {
     Plane<const Zel8u> mask;
     int width;
 
-    const Zel8u* maskRow(int y) const { return kMasked ? mask.row(y) : nullptr; }
-
-    void scanRow(Scan<T, kMasked>& scan, int y) const
+    // Calls use(x, pixels, mask, count) for the parts of row `y`, which has `width` pixels: those of the channel, side by side.
+    // Ends where it returns true.
+    template <class Use>
+    void forParts(int y, int pixels, const Use& use) const
     {
         const T* const row = src.row(y);
-        const Zel8u* const m = maskRow(y);
+        const Zel8u* const m = kMasked ? mask.row(y) : nullptr;
         if constexpr (kChannels == 1) {
-            scan.pixels(row, m, width);
+            use(0, row, m, pixels);
         } else {
-            constexpr int kPart = 512;
+            constexpr int kPart = 1024;
             T channel[kPart];
-            for (int x = 0; x < width; x += kPart) {
-                const int count = std::min(kPart, width - x);
+            for (int x = 0; x < pixels; x += kPart) {
+                const int count = std::min(kPart, pixels - x);
                 copyEveryThird(channel, row + std::ptrdiff_t(x) * 3, count);
-                scan.pixels(channel, kMasked ? m + x : nullptr, count);
+                if (use(x, channel, kMasked ? m + x : nullptr, count)) return;
             }
         }
     }
 
     Extremes<T> scanBand(Band band) const
     {
+        constexpr int kPixelsAtOnce = 1024; // so many are searched for a position later
+        const bool gapless = isGapless(src, wrappingProduct(width, kChannels)) && (!kMasked || isGapless(mask, width));
         Scan<T, kMasked> scan;
-        Extremes<T> found = {0, 0, band.first, band.first, !kMasked};
-        for (int y = band.first; y < band.last; ++y) {
-            scanRow(scan, y);
+        Extremes<T> found = {0, 0, {band.first, width}, {band.first, width}, !kMasked};
+        forLongRows(band, width, gapless, std::max(1, kPixelsAtOnce / width), [&](int y, int count) {
+            forParts(y, count, [&](int, const T* pixels, const Zel8u* m, int n) {
+                scan.pixels(pixels, m, n);
+                return false;
+            });
             const bool first = !found.found && scan.found();
-            if (scan.lowered() || first) found.minRow = y;
-            if (scan.raised() || first) found.maxRow = y;
+            if (scan.lowered() || first) found.minAt = {y, count};
+            if (scan.raised() || first) found.maxAt = {y, count};
             found.found |= first;
-        }
+        });
         if (found.found) {
             found.min = Keys<T>::element(scan.low());
             found.max = Keys<T>::element(scan.high());
@@ -216,19 +241,27 @@ struct Region {
         return found;
     }
 
-    // Phase 2: the leftmost pixel of row `y` that has the value; column 0 where there is none. The value becomes the pixel's
-    // own, which makes a difference for zeros.
-    int locate(int y, T& value) const
+    // Phase 2: the leftmost pixel that has the value, of the first row that has one; the first pixel where there is none. The
+    // value becomes the pixel's own, which makes a difference for zeros.
+    ZeliPoint locate(LongRow where, T& value) const
     {
-        const T* const row = src.row(y);
-        const Zel8u* const m = maskRow(y);
-        for (int x = 0; x < width; ++x) {
-            const T pixel = row[std::ptrdiff_t(x) * kChannels];
-            if (pixel != value || (kMasked && m[x] == 0)) continue;
-            value = pixel;
-            return x;
-        }
-        return 0;
+        int at = 0;
+        const Vec<T> wanted = splat(value);
+        forParts(where.first, where.pixels, [&](int x, const T* pixels, const Zel8u* m, int n) {
+            constexpr int lanes = kLanes<T>;
+            for (int i = 0; i < n; i += lanes) {
+                const int end = std::min(i + lanes, n);
+                if (end - i == lanes && !anyLane(load(pixels + i) == wanted)) continue;
+                for (int k = i; k < end; ++k) {
+                    if (pixels[k] != value || (kMasked && m[k] == 0)) continue;
+                    value = pixels[k];
+                    at = x + k;
+                    return true;
+                }
+            }
+            return false;
+        });
+        return {at % width, where.first + at / width};
     }
 };
 
@@ -250,8 +283,8 @@ ZelStatus minMax(Plane<const T> src, Plane<const Zel8u> mask, ZeliSize roi, int 
         [](const Extremes<T>& all, const Extremes<T>& next) { return fold(all, next); });
     ZeliPoint minAt = {0, 0}, maxAt = {0, 0};
     if (found.found) {
-        minAt = {region.locate(found.minRow, found.min), found.minRow};
-        maxAt = {region.locate(found.maxRow, found.max), found.maxRow};
+        minAt = region.locate(found.minAt, found.min);
+        maxAt = region.locate(found.maxAt, found.max);
     }
     if (minVal) *minVal = Zel32f(found.min);
     if (maxVal) *maxVal = Zel32f(found.max);

@@ -54,8 +54,8 @@ struct Difference {
     }
 };
 
-// Calls step(count, x) for the vectors of a run, in their order: the numbers to take the norm of, masked, as `Of` gives them. Of
-// the lanes of x the first `count` are pixels, all where it is more than there are.
+// Calls step(part, count, x) for the vectors of a run, in their order: the numbers to take the norm of, masked, as `Of` gives
+// them. x is vector `part` of a block; of its lanes the first `count` are pixels, all where it is more than there are.
 template <class Of, class T, std::size_t sources, class Step>
 ZELCV_INLINE inline void forMasked(const Run<T, sources, MaskBytes>& run, const Step& step)
 {
@@ -64,9 +64,9 @@ ZELCV_INLINE inline void forMasked(const Run<T, sources, MaskBytes>& run, const 
         for (int part = 0; part < kParts<T>; ++part) {
             const auto x = Of::size([&](int s) { return load(from[std::size_t(s)] + part * kLanes<T>); });
             if constexpr (sizeof(T) == 4)
-                step(count - part * kLanes<T>, x * keep(lanes.part[part], splat(1.0f)));
+                step(part, count - part * kLanes<T>, x * keep(lanes.part[part], splat(1.0f)));
             else
-                step(count, x & std::remove_const_t<decltype(x)>(lanes.part[part]));
+                step(part, count, x & std::remove_const_t<decltype(x)>(lanes.part[part]));
         }
     });
 }
@@ -88,7 +88,7 @@ public:
     void add(const Run& run)
     {
         Vec<Size<T>> largest = largest_;
-        forMasked<Of>(run, [&](int, Vec<Size<T>> x) ZELCV_INLINE { largest = maximum(largest, x); });
+        forMasked<Of>(run, [&](int, int, Vec<Size<T>> x) ZELCV_INLINE { largest = maximum(largest, x); });
         largest_ = largest;
     }
     void endRow(int) {}
@@ -114,12 +114,12 @@ public:
     {
         Vec<Zel32f> largest = {};
         Vec<Zel32s> nans = {};
-        forMasked<Of>(run, [&](int, Vec<Zel32f> x) ZELCV_INLINE {
+        forMasked<Of>(run, [&](int, int, Vec<Zel32f> x) ZELCV_INLINE {
             largest = maximum(largest, absolute(x));
             nans |= x != x;
         });
         if (laneBits(nans) != 0) {
-            forMasked<Of>(run, [&](int count, Vec<Zel32f> x) ZELCV_INLINE {
+            forMasked<Of>(run, [&](int, int count, Vec<Zel32f> x) ZELCV_INLINE {
                 for (int i = 0; i < std::min(count, kLanes<Zel32f>); ++i) take(std::abs(x[i]));
             });
             return;
@@ -145,7 +145,7 @@ public:
     void add(const Run& run)
     {
         Vec<std::conditional_t<sizeof(T) == 1, std::uint64_t, Zel32u>> sum = {};
-        forMasked<Of>(run, [&](int, Vec<Size<T>> x) ZELCV_INLINE {
+        forMasked<Of>(run, [&](int, int, Vec<Size<T>> x) ZELCV_INLINE {
             if constexpr (sizeof(T) == 1)
                 sum += sumBytes(x);
             else
@@ -174,8 +174,7 @@ public:
     void add(const Run& run)
     {
         DoubleLanes row = row_;
-        int part = 0;
-        forMasked<Of>(run, [&](int, Vec<Zel32f> x) ZELCV_INLINE { row.add(part++, toDoubles(absolute(x))); });
+        forMasked<Of>(run, [&](int part, int, Vec<Zel32f> x) ZELCV_INLINE { row.add(part, toDoubles(absolute(x))); });
         row_ = row;
     }
     void endRow(int)
@@ -199,7 +198,7 @@ public:
     void add(const Run& run)
     {
         double total = total_;
-        forMasked<Of>(run, [&](int, Vec<Zel32f> x) ZELCV_INLINE {
+        forMasked<Of>(run, [&](int, int, Vec<Zel32f> x) ZELCV_INLINE {
             const Vec<Zel32f> square = x * x;
             for (const Vec<Zel64f> half : toDoubles(square).part)
                 for (int i = 0; i < kLanes<Zel64f>; ++i) total += half[i];
@@ -328,18 +327,20 @@ private:
     static std::array<float, kRows> finish(const Cursor<sources>& at, int count, Lanes lanes)
     {
         const int inLanes = count & ~3;
-        T padded[sources][kRows][kStep] = {};
-        Zel8u mask[kRows][kStep] = {};
-        Cursor<sources> copies;
-        for (int row = 0; row < kRows; ++row) {
-            for (std::size_t s = 0; s < sources; ++s) {
-                std::memcpy(padded[s][row], at.from[s][row], sizeof(T) * std::size_t(inLanes));
-                copies.from[s][row] = padded[s][row];
+        if (inLanes > 0) {
+            T padded[sources][kRows][kStep] = {};
+            Zel8u mask[kRows][kStep] = {};
+            Cursor<sources> copies;
+            for (int row = 0; row < kRows; ++row) {
+                for (std::size_t s = 0; s < sources; ++s) {
+                    std::memcpy(padded[s][row], at.from[s][row], sizeof(T) * std::size_t(inLanes));
+                    copies.from[s][row] = padded[s][row];
+                }
+                std::memcpy(mask[row], at.mask[row], std::size_t(inLanes));
+                copies.mask[row] = mask[row];
             }
-            std::memcpy(mask[row], at.mask[row], std::size_t(inLanes));
-            copies.mask[row] = mask[row];
+            addStep<Of>(copies, lanes);
         }
-        addStep<Of>(copies, lanes);
         std::array<float, kRows> totals;
         for (int row = 0; row < kRows; ++row) {
             const Vec<Zel32f>& vector = lanes[std::size_t(row / kRowsInVector)];

@@ -54,27 +54,6 @@ ZELCV_INLINE inline V upperHalvesInGroups(V a, V b)
     }>(a, b);
 }
 
-// In each 16 bytes, element i from place 3i, counted around.
-template <class V>
-ZELCV_INLINE inline V unwindThirds(V v)
-{
-    if constexpr (kVectorBytes == 16 && sizeof(v[0]) < 4) { // in steps that take few instructions: bytes, words, and double words
-        const auto around = [](Vec<Zel32u> x) { return shuffle<[](int i) { return i / 4 * 4 + (i + 1) % 4; }>(x, x); };
-        auto words = Vec<Zel16u>(v);
-        if constexpr (sizeof(v[0]) == 1) { // every second byte from two places on
-            const auto halves = Vec<std::uint64_t>(v), swapped = shuffle<[](int i) { return i ^ 1; }>(halves, halves);
-            words = (words & 0xff) | (Vec<Zel16u>(halves >> 16 | swapped << 48) & 0xff00);
-        }
-        const auto pairs = Vec<Zel32u>(words);
-        return V(unwindThirds((pairs & 0xffffu) | (around(pairs) & 0xffff0000u)));
-    } else {
-        return shuffle<[](int i) {
-            constexpr int group = kGroupLanes<LaneOf<V>>;
-            return i / group * group + 3 * i % group;
-        }>(v, v);
-    }
-}
-
 // ---- across the vector
 
 // The last lane in all lanes.
@@ -100,6 +79,28 @@ ZELCV_INLINE inline V secondHalves(V a, V b)
         constexpr int half = kLanes<LaneOf<V>> / 2;
         return i < half ? i + half : i + 2 * half;
     }>(a, b);
+}
+
+// Element i from place 3i, counted around: in all of a vector of double words, else in each 16 bytes.
+template <class V>
+ZELCV_INLINE inline V unwindThirds(V v)
+{
+    constexpr int size = int(sizeof(v[0]));
+    if constexpr (kVectorBytes == 16 && size < 4) { // in steps that take few instructions: bytes, words, and double words
+        const auto around = [](Vec<Zel32u> x) { return shuffle<[](int i) { return (i + 1) % 4; }>(x, x); };
+        auto words = Vec<Zel16u>(v);
+        if constexpr (size == 1) { // every second byte from two places on
+            const auto halves = Vec<std::uint64_t>(v), swapped = shuffle<[](int i) { return i ^ 1; }>(halves, halves);
+            words = (words & 0xff) | (Vec<Zel16u>(halves >> 16 | swapped << 48) & 0xff00);
+        }
+        const auto pairs = Vec<Zel32u>(words);
+        return V(unwindThirds((pairs & 0xffffu) | (around(pairs) & 0xffff0000u)));
+    } else {
+        return shuffle<[](int i) {
+            constexpr int group = size == 4 ? kLanes<LaneOf<V>> : kGroupLanes<LaneOf<V>>;
+            return i / group * group + 3 * i % group;
+        }>(v, v);
+    }
 }
 
 // What operations on groups of 16 bytes leave apart: of x and y, a has the first halves of their groups and b the second
