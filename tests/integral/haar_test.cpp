@@ -209,6 +209,19 @@ Owned<N> make(const Stage<N>& s, bool tilted)
     return Owned<N>(state);
 }
 
+// Pixels that classifiers read around a region; their second plane has a row and a column more in front.
+template <class N>
+Margin marginOf(const std::vector<Classifier<N>>& classifiers)
+{
+    Margin margin = {0, 0, 1, 1};
+    for (const auto& c : classifiers)
+        for (const auto& corners : c.corners)
+            for (const auto [x, y] : corners)
+                margin = {std::max(margin.left, -x), std::max(margin.top, -y), std::max(margin.right, x + c.tilted),
+                          std::max(margin.bottom, y + c.tilted)};
+    return margin;
+}
+
 // Runs one stage on random images and compares mask and count. Returns the number of survivors.
 template <class M>
 int expectDefinition(Random& random, const std::vector<Classifier<typename M::N>>& classifiers,
@@ -217,7 +230,8 @@ int expectDefinition(Random& random, const std::vector<Classifier<typename M::N>
 {
     using E = typename M::E;
     using N = typename M::N;
-    Image<E> src(random, size, texture, 16), tilt(random, size, texture, 16);
+    const Margin margin = marginOf(classifiers);
+    Image<E> src(random, size, texture, margin), tilt(random, size, texture, margin);
     Image<N> norm(random, size, texture);
     Image<Zel8u> mask = makeMask(random, size, density);
     Zel32s positive = -1, wanted = 0;
@@ -266,6 +280,10 @@ TYPED_TEST(HaarApply, EqualsDefinition)
                                                                  texture, density, number<N>(random, 30));
                         pixels += width * 3 * density / 100;
                     }
+            if (round == 0)
+                for (ZeliSize size : withSeams({}))
+                    expectDefinition<TypeParam>(random, stage.classifiers(tilted), state, size, Texture::Noise,
+                                                random.between(1, 100), number<N>(random, 30));
         }
     }
     EXPECT_GT(survivors, pixels / 5);
@@ -404,7 +422,7 @@ TYPED_TEST(HaarApply, ChecksInOrder)
     Random random(5);
     const ZeliSize size{20, 4};
     const auto state = make(randomStage<N>(random, {2}), false);
-    Image<typename TypeParam::E> src(random, size, Texture::Noise, 16), tilt(random, size, Texture::Noise, 16);
+    Image<typename TypeParam::E> src(random, size, Texture::Noise, Margin::all(16)), tilt(random, size);
     Image<N> norm(random, size);
     Image<Zel8u> mask(random, size);
     Zel32s positive = -1;
@@ -427,7 +445,7 @@ TYPED_TEST(HaarApply, DoesNothingWithoutMemory)
     if (TypeParam::kMixed) {
         expectDefinition<TypeParam>(random, stage.classifiers(false), state, size, Texture::Noise, 100, 0);
     } else {
-        Image<typename TypeParam::E> src(random, size, Texture::Noise, 16);
+        Image<typename TypeParam::E> src(random, size, Texture::Noise, Margin::all(16));
         Image<N> norm(random, size);
         Image<Zel8u> mask(random, size);
         Zel32s positive = -1;

@@ -54,7 +54,7 @@ Table<T> tiltedSums(const Image<Zel8u>& src, bool squares, T start, bool behind,
     return sums;
 }
 
-const ZeliSize kSizes[] = {{1, 1}, {2, 1}, {1, 5}, {3, 4}, {8, 3}, {9, 2}, {17, 5}, {33, 7}, {130, 67}, {1921, 9}};
+const auto kSizes = withSeams({{1, 1}, {2, 1}, {1, 5}, {3, 4}, {8, 3}, {9, 2}, {33, 7}, {130, 67}, {1921, 9}});
 
 template <class T>
 void expectTable(Image<T>& plane, const Table<T>& wanted, const std::string& what)
@@ -84,7 +84,7 @@ struct Member {
     void withImages(Random& random, ZeliSize size, Texture texture, const Use& use) const
     {
         const ZeliSize sums = {size.width + 1 + tilted, size.height + 1 + tilted};
-        Image<Zel8u> src(random, size, texture, 1);
+        Image<Zel8u> src(random, size, texture, {0, 0, behind, 0});
         Image<T> dst(random, sums);
         [&](auto&&... sqr) { use(src, dst, sqr...); }(Image<S>(random, sums)...);
     }
