@@ -398,14 +398,21 @@ TYPED_TEST(HaarApply, ReadsForSurvivorsOnly)
     stage.thresholds = stage.values1 = stage.values2 = {1};
     stage.counts = {2};
     const auto state = make(stage, false);
+    Random random(7);
     for (int first = 0; first < 20; ++first)
         for (int last = first; last < 40; last += 3) {
             const int readable = last + 3 - first;
-            std::vector<E> src(std::size_t(40 + readable)), tilt(1); // two rows
-            std::vector<N> norm(std::size_t(last + 1 - first));
-            std::vector<Zel8u> mask(40);
-            for (int x = first; x <= last; ++x) mask[std::size_t(x)] = Zel8u(x == first || x == last || x % 5 > 1);
-            const auto marked = int(std::count_if(mask.begin(), mask.end(), [](Zel8u byte) { return byte != 0; }));
+            Image<E> src(random, 40 + readable, 1), tilt(random, 1, 1); // two rows
+            Image<N> norm(random, last + 1 - first, 1);
+            Image<Zel8u> mask(random, 40, 1);
+            src.fill([](int, int) { return 0; });
+            norm.fill([](int, int) { return 0; });
+            int marked = 0;
+            mask.fill([&](int x, int) {
+                const bool marks = x == first || x == last || (x > first && x < last && x % 5 > 1);
+                marked += marks;
+                return marks;
+            });
             Zel32s positive = 0;
             Memory<E> srcPlane{src.data() - first, 160}, tiltPlane{tilt.data(), 160};
             Memory<N> normPlane{norm.data() - first, 160};
@@ -504,6 +511,14 @@ TYPED_TEST(HaarState, CreationFailsInOrder)
         expectCheckOrder(A{randomStage<N>(random, {1, 3, 2})}, faults, call);
     }
     auto stage = randomStage<N>(random, {1});
+    if (std::is_same_v<N, Zel32s>) { // more rectangles than can be counted: none is read, and no memory asked for
+        const Zel32s counts[] = {std::numeric_limits<Zel32s>::max(), 1};
+        State* state = nullptr;
+        lastAllocation = 0;
+        EXPECT_EQ(zelStatusNoMemory, Kind<N>::upright(&state, stage.rects.data(), stage.weights.data(), stage.weights.data(),
+                                                      stage.weights.data(), stage.weights.data(), counts, 2));
+        EXPECT_EQ(0u, lastAllocation);
+    }
     stage.rects[0] = {3, 3, 1, 4};
     make(stage, true); // touches the left edge
     ZeliSize size;
