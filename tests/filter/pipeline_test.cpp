@@ -247,7 +247,8 @@ void expectSameBitsUnderAllThreadings()
     for (int kernelSize : {3, 4, 7, 33}) {
         Random random{unsigned(kernelSize)};
         ThreadSetting one(1);
-        Case<M> c(random, {509, 531}, kernelSize);
+        const ZeliSize few = {1 << 15, 8}; // rows leave little in a buffer that is not used
+        Case<M> c(random, kernelSize == 33 ? few : ZeliSize{509, 531}, kernelSize);
         EXPECT_EQ(zelStatusOk, c.run());
         const auto serial = c.dst;
         underAllThreadings([&] {
