@@ -76,14 +76,13 @@ TYPED_TEST(AbsDiff, TakesPointersOffTheirElementBoundary)
     using T = typename TypeParam::T;
     Random random(3);
     constexpr int width = 44, bytes = width * int(sizeof(T));
-    std::vector<unsigned char> planes[3]; // one byte longer than a row, which ends at their end
-    for (auto& plane : planes)
-        for (int i = 0; i <= bytes; ++i) plane.push_back(static_cast<unsigned char>(random.next() >> 9));
+    std::vector<Image<Zel8u>> planes; // one byte longer than a row, which ends at their end
+    for (int i = 0; i < 3; ++i) planes.emplace_back(random, 1 + bytes, 1);
     const auto row = [&](int i) { return reinterpret_cast<T*>(planes[i].data() + 1); };
     EXPECT_EQ(zelStatusOk, TypeParam::kDiff(row(0), bytes, row(1), bytes, row(2), bytes, {width, 1}));
     for (int x = 0; x < width; ++x) {
         T elements[3];
-        for (int i = 0; i < 3; ++i) std::memcpy(&elements[i], &planes[i][1 + std::size_t(x) * sizeof(T)], sizeof(T));
+        for (int i = 0; i < 3; ++i) std::memcpy(&elements[i], planes[i].data() + 1 + std::size_t(x) * sizeof(T), sizeof(T));
         const T wanted = definition(elements[0], elements[1]);
         EXPECT_TRUE(wanted == elements[2] || wanted != wanted) << x; // bytes at random are NaN now and then
     }

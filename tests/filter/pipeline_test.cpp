@@ -114,7 +114,8 @@ struct Case {
           divisor(kDivisors[random.between(0, 8)]), kernel(randomKernel<typename M::Tap>(random, kernelSize)),
           src(random, roi.width * M::kChannels, roi.height + (M::kColumn ? kernelSize - 1 : 0),
               kTextures[random.between(0, 2)]),
-          dst(random, roi.width * M::kChannels, roi.height), buffer(random, M::bufferBytes(roi, kernelSize)), scratch(buffer.data())
+          dst(random, roi.width * M::kChannels, roi.height), buffer(random, M::bufferBytes(roi, kernelSize)),
+          scratch(buffer.data())
     {
         for (S& element : value) element = randomElement<S>(random, Texture::Noise, 0, 0);
         for (int y = 0; y < src.height(); ++y) srcRows.push_back(row(src, y));
@@ -282,7 +283,7 @@ TYPED_TEST(RowPipeline, StopsTheBandAtANullRow)
 {
     for (int threads : {1, 3}) {
         ThreadSetting setting(threads);
-        expectBandsToStop<TypeParam>({700, 300}, 7, {130, 170}, threads == 1 ? 300 : 200); // in the middle one of three bands
+        expectBandsToStop<TypeParam>({700, 300}, 7, {130, 170}, threads == 1 ? 300 : 200); // in the middle of 3 bands
         expectBandsToStop<TypeParam>({700, 300}, 7, {299}, 300);
     }
 }

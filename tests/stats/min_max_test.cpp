@@ -22,7 +22,8 @@ struct Result {
 
     std::vector<double> numbers() const // with the signs of zeros
     {
-        return {min, max, std::copysign(1.0, min), std::copysign(1.0, max), double(minAt.x), double(minAt.y), double(maxAt.x), double(maxAt.y)};
+        return {min, max, std::copysign(1.0, min), std::copysign(1.0, max),
+                double(minAt.x), double(minAt.y), double(maxAt.x), double(maxAt.y)};
     }
 };
 

@@ -1,4 +1,4 @@
-// What the tests of all families share: random images inside guard bytes and inaccessible pages, masks, scratch buffers, thread settings.
+// What the tests of all families share: random images in fenced memory, masks, scratch buffers, thread settings.
 #pragma once
 
 #include "zelcv.h"
@@ -58,8 +58,8 @@ T randomElement(Random& random, Texture texture, int x, int y)
     }
 }
 
-// Bytes between two inaccessible pages, at random right behind the first, up to the second, or amid guard bytes: what reads or
-// writes a byte too far does not pass. `unit` is their alignment.
+// Bytes between two inaccessible pages, at random right behind the first, up to the second or amid guard bytes, so that some
+// call ends at the first byte that is used too far. `unit` is their alignment.
 class FencedBytes {
 public:
     FencedBytes(Random& random, std::size_t size, std::size_t unit)
@@ -122,8 +122,8 @@ struct Margin {
     static constexpr Margin all(int pixels) { return {pixels, pixels, pixels, pixels}; }
 };
 
-// An image of random pixels in fenced memory, which ends at the last pixel of the last row. The step is random, and that of a
-// row without a gap more often than not. `width` counts elements of T, so it includes the channels, and so does the margin.
+// An image of random pixels in fenced memory, which ends at the last pixel of the last row. The step is random, but of every
+// three images two have no gap between rows. `width` counts elements of T: it includes the channels, and so does the margin.
 template <class T>
 class Image {
 public:
