@@ -30,8 +30,8 @@ template <class M>
 class AbsDiff : public testing::Test {};
 TYPED_TEST_SUITE(AbsDiff, Types);
 
-// Small and odd shapes, one that ends in every vector tail, and shapes on both sides of the parallel gate.
-constexpr ZeliSize kSizes[] = {{1, 1}, {3, 5}, {15, 2}, {16, 3}, {33, 4}, {67, 3}, {511, 512}, {512, 512}, {1031, 257}};
+// Small and odd shapes, and shapes on both sides of the parallel gate.
+const auto kSizes = withSeams({{1, 1}, {3, 5}, {67, 3}, {511, 512}, {512, 512}, {1031, 257}});
 
 TYPED_TEST(AbsDiff, EqualsDefinition)
 {
@@ -40,14 +40,17 @@ TYPED_TEST(AbsDiff, EqualsDefinition)
     for (Texture texture : {Texture::Noise, Texture::Extremes, Texture::Smooth})
         for (ZeliSize size : kSizes) {
             Image<T> a(random, size, texture), b(random, size, texture);
-            const auto wanted = [&](int x, int y) { return definition(a.before(x, y), b.at(x, y)); };
+            const auto wanted = [&](int x, int y) { return definition(a.at(x, y), b.at(x, y)); };
             underAllThreadings([&] {
                 Image<T> dst(random, size);
                 EXPECT_EQ(zelStatusOk, call(TypeParam::kDiff, a, b, dst, size));
                 dst.expect(wanted, "absolute difference");
             });
-            EXPECT_EQ(zelStatusOk, call(TypeParam::kDiff, a, b, a, size));
-            a.expect(wanted, "in place");
+            Image<T> first = a, second = b;
+            EXPECT_EQ(zelStatusOk, call(TypeParam::kDiff, first, b, first, size));
+            EXPECT_EQ(zelStatusOk, call(TypeParam::kDiff, a, second, second, size));
+            first.expect(wanted, "into the first source");
+            second.expect(wanted, "into the second source");
         }
 }
 
@@ -57,11 +60,14 @@ TYPED_TEST(AbsDiff, ConstantEqualsDefinitionAndIsLimited)
     Random random(2);
     const double largest = double(std::numeric_limits<T>::max());
     for (double value : {0.0, 7.0, -5.0, 300.0, 70000.0})
-        for (ZeliSize size : {ZeliSize{37, 5}, {512, 513}}) {
+        for (ZeliSize size : withSeams({{37, 5}, {512, 513}})) {
             const T used = T(std::is_integral_v<T> ? std::clamp(value, 0.0, largest) : value);
             Image<T> src(random, size), dst(random, size);
             EXPECT_EQ(zelStatusOk, call(TypeParam::kDiffC, src, dst, size, value));
-            dst.expect([&](int x, int y) { return definition(src.at(x, y), used); }, "constant");
+            const auto wanted = [&](int x, int y) { return definition(src.before(x, y), used); };
+            dst.expect(wanted, "constant");
+            EXPECT_EQ(zelStatusOk, call(TypeParam::kDiffC, src, src, size, value));
+            src.expect(wanted, "constant, in place");
         }
 }
 
@@ -70,14 +76,13 @@ TYPED_TEST(AbsDiff, TakesPointersOffTheirElementBoundary)
     using T = typename TypeParam::T;
     Random random(3);
     constexpr int width = 44, bytes = width * int(sizeof(T));
-    std::vector<unsigned char> planes[3]; // one byte longer than a row, which ends at their end
-    for (auto& plane : planes)
-        for (int i = 0; i <= bytes; ++i) plane.push_back(static_cast<unsigned char>(random.next() >> 9));
+    std::vector<Image<Zel8u>> planes; // one byte longer than a row, which ends at their end
+    for (int i = 0; i < 3; ++i) planes.emplace_back(random, 1 + bytes, 1);
     const auto row = [&](int i) { return reinterpret_cast<T*>(planes[i].data() + 1); };
     EXPECT_EQ(zelStatusOk, TypeParam::kDiff(row(0), bytes, row(1), bytes, row(2), bytes, {width, 1}));
     for (int x = 0; x < width; ++x) {
         T elements[3];
-        for (int i = 0; i < 3; ++i) std::memcpy(&elements[i], &planes[i][1 + std::size_t(x) * sizeof(T)], sizeof(T));
+        for (int i = 0; i < 3; ++i) std::memcpy(&elements[i], planes[i].data() + 1 + std::size_t(x) * sizeof(T), sizeof(T));
         const T wanted = definition(elements[0], elements[1]);
         EXPECT_TRUE(wanted == elements[2] || wanted != wanted) << x; // bytes at random are NaN now and then
     }

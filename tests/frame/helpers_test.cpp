@@ -97,6 +97,14 @@ TEST(Checks, FollowTheirOrderAndWrap)
     EXPECT_EQ(steps(INT_MAX, 0, 0), zelStatusOk) << "the product wraps to -2";
 }
 
+TEST(Plane, HasRowsFurtherApartThan32BitsTell)
+{
+    const auto at = [](std::intptr_t address) { return reinterpret_cast<const short*>(address); };
+    const Plane<const short> plane{at(std::intptr_t(1) << 40), 1 << 30};
+    EXPECT_EQ(plane.row(3), at((std::intptr_t(1) << 40) + (std::intptr_t(3) << 30)));
+    EXPECT_EQ(plane.row(-3), at((std::intptr_t(1) << 40) - (std::intptr_t(3) << 30)));
+}
+
 TEST(Wrapping, IsModulo32Bits)
 {
     EXPECT_EQ(wrappingProduct(46341, 46341), -2147479015);

@@ -209,6 +209,19 @@ Owned<N> make(const Stage<N>& s, bool tilted)
     return Owned<N>(state);
 }
 
+// Pixels that classifiers read around a region; their second plane has a row and a column more in front.
+template <class N>
+Margin marginOf(const std::vector<Classifier<N>>& classifiers)
+{
+    Margin margin = {0, 0, 1, 1};
+    for (const auto& c : classifiers)
+        for (const auto& corners : c.corners)
+            for (const auto [x, y] : corners)
+                margin = {std::max(margin.left, -x), std::max(margin.top, -y), std::max(margin.right, x + c.tilted),
+                          std::max(margin.bottom, y + c.tilted)};
+    return margin;
+}
+
 // Runs one stage on random images and compares mask and count. Returns the number of survivors.
 template <class M>
 int expectDefinition(Random& random, const std::vector<Classifier<typename M::N>>& classifiers,
@@ -217,7 +230,8 @@ int expectDefinition(Random& random, const std::vector<Classifier<typename M::N>
 {
     using E = typename M::E;
     using N = typename M::N;
-    Image<E> src(random, size, texture, 16), tilt(random, size, texture, 16);
+    const Margin margin = marginOf(classifiers);
+    Image<E> src(random, size, texture, margin), tilt(random, size, texture, margin);
     Image<N> norm(random, size, texture);
     Image<Zel8u> mask = makeMask(random, size, density);
     Zel32s positive = -1, wanted = 0;
@@ -266,6 +280,10 @@ TYPED_TEST(HaarApply, EqualsDefinition)
                                                                  texture, density, number<N>(random, 30));
                         pixels += width * 3 * density / 100;
                     }
+            if (round == 0)
+                for (ZeliSize size : withSeams({}))
+                    expectDefinition<TypeParam>(random, stage.classifiers(tilted), state, size, Texture::Noise,
+                                                random.between(1, 100), number<N>(random, 30));
         }
     }
     EXPECT_GT(survivors, pixels / 5);
@@ -380,14 +398,21 @@ TYPED_TEST(HaarApply, ReadsForSurvivorsOnly)
     stage.thresholds = stage.values1 = stage.values2 = {1};
     stage.counts = {2};
     const auto state = make(stage, false);
+    Random random(7);
     for (int first = 0; first < 20; ++first)
         for (int last = first; last < 40; last += 3) {
             const int readable = last + 3 - first;
-            std::vector<E> src(std::size_t(40 + readable)), tilt(1); // two rows
-            std::vector<N> norm(std::size_t(last + 1 - first));
-            std::vector<Zel8u> mask(40);
-            for (int x = first; x <= last; ++x) mask[std::size_t(x)] = Zel8u(x == first || x == last || x % 5 > 1);
-            const auto marked = int(std::count_if(mask.begin(), mask.end(), [](Zel8u byte) { return byte != 0; }));
+            Image<E> src(random, 40 + readable, 1), tilt(random, 1, 1); // two rows
+            Image<N> norm(random, last + 1 - first, 1);
+            Image<Zel8u> mask(random, 40, 1);
+            src.fill([](int, int) { return 0; });
+            norm.fill([](int, int) { return 0; });
+            int marked = 0;
+            mask.fill([&](int x, int) {
+                const bool marks = x == first || x == last || (x > first && x < last && x % 5 > 1);
+                marked += marks;
+                return marks;
+            });
             Zel32s positive = 0;
             Memory<E> srcPlane{src.data() - first, 160}, tiltPlane{tilt.data(), 160};
             Memory<N> normPlane{norm.data() - first, 160};
@@ -404,7 +429,7 @@ TYPED_TEST(HaarApply, ChecksInOrder)
     Random random(5);
     const ZeliSize size{20, 4};
     const auto state = make(randomStage<N>(random, {2}), false);
-    Image<typename TypeParam::E> src(random, size, Texture::Noise, 16), tilt(random, size, Texture::Noise, 16);
+    Image<typename TypeParam::E> src(random, size, Texture::Noise, Margin::all(16)), tilt(random, size);
     Image<N> norm(random, size);
     Image<Zel8u> mask(random, size);
     Zel32s positive = -1;
@@ -427,7 +452,7 @@ TYPED_TEST(HaarApply, DoesNothingWithoutMemory)
     if (TypeParam::kMixed) {
         expectDefinition<TypeParam>(random, stage.classifiers(false), state, size, Texture::Noise, 100, 0);
     } else {
-        Image<typename TypeParam::E> src(random, size, Texture::Noise, 16);
+        Image<typename TypeParam::E> src(random, size, Texture::Noise, Margin::all(16));
         Image<N> norm(random, size);
         Image<Zel8u> mask(random, size);
         Zel32s positive = -1;
@@ -486,6 +511,14 @@ TYPED_TEST(HaarState, CreationFailsInOrder)
         expectCheckOrder(A{randomStage<N>(random, {1, 3, 2})}, faults, call);
     }
     auto stage = randomStage<N>(random, {1});
+    if (std::is_same_v<N, Zel32s>) { // more rectangles than can be counted: none is read, and no memory asked for
+        const Zel32s counts[] = {std::numeric_limits<Zel32s>::max(), 1};
+        State* state = nullptr;
+        lastAllocation = 0;
+        EXPECT_EQ(zelStatusNoMemory, Kind<N>::upright(&state, stage.rects.data(), stage.weights.data(), stage.weights.data(),
+                                                      stage.weights.data(), stage.weights.data(), counts, 2));
+        EXPECT_EQ(0u, lastAllocation);
+    }
     stage.rects[0] = {3, 3, 1, 4};
     make(stage, true); // touches the left edge
     ZeliSize size;

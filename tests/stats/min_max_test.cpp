@@ -20,23 +20,26 @@ struct Result {
     Zel32f min = -7, max = -7;
     ZeliPoint minAt = {-7, -7}, maxAt = {-7, -7};
 
-    std::vector<double> numbers() const
+    std::vector<double> numbers() const // with the signs of zeros
     {
-        return {min, max, double(minAt.x), double(minAt.y), double(maxAt.x), double(maxAt.y)};
+        return {min, max, std::copysign(1.0, min), std::copysign(1.0, max),
+                double(minAt.x), double(minAt.y), double(maxAt.x), double(maxAt.y)};
     }
 };
 
 void expectEqual(const Result& wanted, const Result& got, const char* what)
 {
-    EXPECT_EQ(wanted.numbers(), got.numbers()) << what << ": minimum, maximum, x and y of both";
+    EXPECT_EQ(wanted.numbers(), got.numbers()) << what << ": minimum, maximum, signs, x and y of both";
 }
 
-// The extremes of rows [first, last), in scan order; 0 at column 0 of the first row when no pixel is masked.
+// The extremes of rows [first, last), in scan order; at column 0 of the first row 0 when no pixel is masked, and the start
+// values of a plain scan when no pixel passes them.
 template <class T>
 Result ofRows(const Image<T>& src, const Image<Zel8u>* mask, int channels, int coi, int first, int last)
 {
-    bool found = false;
+    bool found = !mask;
     Result r{0, 0, {0, first}, {0, first}};
+    if (!mask) r.min = float(std::numeric_limits<T>::max()), r.max = float(std::numeric_limits<T>::lowest());
     for (int y = first; y < last; ++y)
         for (int x = 0; x * channels < src.width(); ++x) {
             const float value = float(src.at(x * channels + coi - 1, y));
@@ -59,15 +62,16 @@ Result define(const Image<T>& src, const Image<Zel8u>* mask, int channels, int c
         if (next.max > result.max) result.max = next.max, result.maxAt = next.maxAt;
         return result;
     });
-    if (!mask) return all;
-    // A band without rows stands for a row that may have pixels of 0.
-    const auto column = [&](int y, float value) {
-        for (int x = 0; x < mask->width(); ++x)
-            if (mask->at(x, y) != 0 && float(src.at(x * channels + coi - 1, y)) == value) return x;
-        return 0;
+    // The row may have the value of a band without pixels, or of the start, elsewhere.
+    const auto locate = [&](ZeliPoint& at, float& value) {
+        const auto pixel = [&](int x) { return float(src.at(x * channels + coi - 1, at.y)); };
+        int x = 0;
+        while (x * channels < src.width() && ((mask && mask->at(x, at.y) == 0) || pixel(x) != value)) ++x;
+        at.x = x * channels < src.width() ? x : 0;
+        if (x == at.x) value = pixel(x);
     };
-    all.minAt.x = column(all.minAt.y, all.min);
-    all.maxAt.x = column(all.maxAt.y, all.max);
+    locate(all.minAt, all.min);
+    locate(all.maxAt, all.max);
     return all;
 }
 
@@ -98,11 +102,15 @@ TYPED_TEST(MinMax, EqualsDefinition)
     using T = TypeParam;
     using Limits = std::numeric_limits<T>;
     Random random(1);
-    for (ZeliSize size : {ZeliSize{1, 1}, {1, 7}, {3, 2}, {7, 7}, {15, 4}, {16, 4}, {17, 3}, {33, 5}, {67, 9}, {700, 5}})
+    for (ZeliSize size : withSeams({{1, 1}, {1, 7}, {3, 2}, {7, 7}, {67, 9}, {700, 5}}))
         for (int percent : {0, kOnePixel, 66, 100}) {
             const Image<Zel8u> mask = makeMask(random, size, percent);
+            const auto compareOn = [&](Texture texture) {
+                compareAll<T>(size, {random, size, texture}, {random, 3 * size.width, size.height, texture}, mask);
+            };
+            compareOn(Texture::Noise);
+            compareOn(Texture::Extremes);
             Image<T> one(random, size), three(random, 3 * size.width, size.height);
-            compareAll<T>(size, one, three, mask);
             for (const auto& [low, high] : {std::pair{T(50), T(52)}, {Limits::max(), Limits::max()},
                                             {Limits::lowest(), Limits::lowest()}}) { // many ties
                 for (Image<T>* image : {&one, &three})
@@ -150,6 +158,8 @@ TEST(MinMax32f, SkipsNanAndKeepsTheSignOfZero)
     const Zel8u second[2] = {0, 9};
     zeliMinMaxIndx_32f_C1MR(infinite, 8, second, 2, {2, 1}, &r.min, &r.max, &r.minAt, &r.maxAt);
     expectEqual({infinity, infinity, {1, 0}, {1, 0}}, r, "infinite under a mask");
+    zeliMinMaxIndx_32f_C1MR(src + 2, 8, second, 2, {2, 1}, &r.min, &r.max, &r.minAt, &r.maxAt);
+    expectEqual({0, 0, {0, 0}, {0, 0}}, r, "nothing but NaN under a mask");
 }
 
 TYPED_TEST(MinMax, ChecksInOrder)

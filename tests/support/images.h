@@ -1,4 +1,4 @@
-// What the tests of all families share: random images inside guard bytes, masks, scratch buffers, thread settings.
+// What the tests of all families share: random images in fenced memory, masks, scratch buffers, thread settings.
 #pragma once
 
 #include "zelcv.h"
@@ -6,9 +6,13 @@
 #include <gtest/gtest.h>
 #include <omp.h>
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
+#include <memory>
+#include <new>
 #include <string>
+#include <sys/mman.h>
 #include <type_traits>
 #include <vector>
 
@@ -54,28 +58,92 @@ T randomElement(Random& random, Texture texture, int x, int y)
     }
 }
 
-// An image of random pixels, with a random step and start, `margin` pixels of real image on all sides, and guard bytes around
-// it all. `width` counts elements of T, so it includes the channels, and so does the margin to the left and right.
+// Bytes between two inaccessible pages, at random right behind the first, up to the second or amid guard bytes, so that some
+// call ends at the first byte that is used too far. `unit` is their alignment.
+class FencedBytes {
+public:
+    FencedBytes(Random& random, std::size_t size, std::size_t unit)
+        : FencedBytes((size + 2 * kGuard + kPage - 1) / kPage * kPage)
+    {
+        const std::size_t amid = kGuard + std::size_t(random.between(0, 63)) / unit * unit;
+        const std::size_t places[] = {0, room_ - size, amid}, start = places[random.between(0, 2)];
+        from_ = start - std::min(start, kGuard);
+        to_ = std::min(room_, start + size + kGuard);
+        offset_ = start - from_;
+    }
+    FencedBytes(const FencedBytes& other) : FencedBytes(other.room_)
+    {
+        from_ = other.from_, to_ = other.to_, offset_ = other.offset_;
+        std::copy(other.begin(), other.end(), begin());
+    }
+    FencedBytes(FencedBytes&&) = default;
+    FencedBytes& operator=(FencedBytes&&) = default;
+
+    // The bytes with the guard bytes before and behind them.
+    unsigned char* begin() const { return pages_.get() + kPage + from_; }
+    unsigned char* end() const { return pages_.get() + kPage + to_; }
+    std::size_t offset() const { return offset_; }
+    friend bool operator==(const FencedBytes& a, const std::vector<unsigned char>& b)
+    {
+        return std::equal(a.begin(), a.end(), b.begin(), b.end());
+    }
+
+private:
+    static constexpr std::size_t kPage = 4096, kGuard = 128;
+
+    struct Unmap {
+        std::size_t bytes;
+        void operator()(unsigned char* pages) const { munmap(pages, bytes); }
+    };
+
+    explicit FencedBytes(std::size_t room) : room_(room)
+    {
+        void* const pages = mmap(nullptr, room + 2 * kPage, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (pages == MAP_FAILED) throw std::bad_alloc();
+        pages_ = {static_cast<unsigned char*>(pages), Unmap{room + 2 * kPage}};
+        if (mprotect(pages_.get() + kPage, room, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
+    }
+
+    std::size_t room_, from_ = 0, to_ = 0, offset_ = 0; // from the first accessible byte; the offset from begin()
+    std::unique_ptr<unsigned char, Unmap> pages_;
+};
+
+// `sizes`, and rows one below, at and one above each width that a kernel may take at a time.
+inline std::vector<ZeliSize> withSeams(std::vector<ZeliSize> sizes)
+{
+    for (int block : {16, 32, 64, 128, 256})
+        for (int width : {block - 1, block, block + 1}) sizes.push_back({width, 3});
+    return sizes;
+}
+
+// Pixels of real image around a region.
+struct Margin {
+    int left = 0, top = 0, right = 0, bottom = 0;
+    static constexpr Margin all(int pixels) { return {pixels, pixels, pixels, pixels}; }
+};
+
+// An image of random pixels in fenced memory, which ends at the last pixel of the last row. The step is random, but of every
+// three images two have no gap between rows. `width` counts elements of T: it includes the channels, and so does the margin.
 template <class T>
 class Image {
 public:
-    Image(Random& random, int width, int height, Texture texture = Texture::Noise, int margin = 0)
-        : width_(width), height_(height), margin_(margin)
+    Image(Random& random, int width, int height, Texture texture = Texture::Noise, Margin margin = {})
+        : width_(width), height_(height), margin_(margin), row_((margin.left + width + margin.right) * int(sizeof(T))),
+          step_(row_ + std::max(0, random.between(-19, 9)) * int(sizeof(T))),
+          bytes_(random, std::size_t(step_) * std::size_t(margin.top + height + margin.bottom - 1) + std::size_t(row_),
+                 sizeof(T)),
+          offset_(bytes_.offset() + std::size_t(step_) * std::size_t(margin.top) + sizeof(T) * std::size_t(margin.left))
     {
-        const int row = (width + 2 * margin) * int(sizeof(T));
-        step_ = row + random.between(0, 9) * int(sizeof(T));
-        offset_ = 64 + std::size_t(random.between(0, 15)) * sizeof(T) + margin * (std::size_t(step_) + sizeof(T));
-        bytes_.resize(offset_ + std::size_t(step_) * std::size_t(height + 2 * margin) + 256);
         for (auto& byte : bytes_) byte = static_cast<unsigned char>(random.next() >> 9);
         fill([&](int x, int y) { return randomElement<T>(random, texture, x, y); });
     }
-    Image(Random& random, ZeliSize size, Texture texture = Texture::Noise, int margin = 0)
+    Image(Random& random, ZeliSize size, Texture texture = Texture::Noise, Margin margin = {})
         : Image(random, size.width, size.height, texture, margin)
     {
     }
 
-    T* data() { return reinterpret_cast<T*>(bytes_.data() + offset_); }
-    const T* data() const { return reinterpret_cast<const T*>(bytes_.data() + offset_); }
+    T* data() { return reinterpret_cast<T*>(bytes_.begin() + offset_); }
+    const T* data() const { return reinterpret_cast<const T*>(bytes_.begin() + offset_); }
     int step() const { return step_; }
     int rowBytes() const { return width_ * int(sizeof(T)); }
     int width() const { return width_; }
@@ -84,7 +152,7 @@ public:
     T at(int x, int y) const
     {
         T value;
-        std::memcpy(&value, bytes_.data() + position(x, y), sizeof value);
+        std::memcpy(&value, bytes_.begin() + position(x, y), sizeof value);
         return value;
     }
     // What stood there when the image was made or last marked.
@@ -94,19 +162,19 @@ public:
         std::memcpy(&value, before_.data() + position(x, y), sizeof value);
         return value;
     }
-    void set(int x, int y, T value) { std::memcpy(bytes_.data() + position(x, y), &value, sizeof value); }
+    void set(int x, int y, T value) { std::memcpy(bytes_.begin() + position(x, y), &value, sizeof value); }
     // All elements, those of the margin too, become value(x, y).
     template <class Value>
     void fill(const Value& value)
     {
-        for (int y = -margin_; y < height_ + margin_; ++y)
-            for (int x = -margin_; x < width_ + margin_; ++x) set(x, y, T(value(x, y)));
+        for (int y = -margin_.top; y < height_ + margin_.bottom; ++y)
+            for (int x = -margin_.left; x < width_ + margin_.right; ++x) set(x, y, T(value(x, y)));
         mark();
     }
 
     // Every byte is as it was when the image was made or last marked.
     bool untouched() const { return bytes_ == before_; }
-    void mark() { before_ = bytes_; }
+    void mark() { before_.assign(bytes_.begin(), bytes_.end()); }
 
     // All elements equal definition(x, y) bit for bit (any NaN equals any NaN), and no byte outside the region was written.
     template <class Definition>
@@ -123,7 +191,7 @@ public:
                                   << " there is " << +got << " in the place of " << +wanted;
                 }
             }
-        std::vector<unsigned char> outside = bytes_;
+        std::vector<unsigned char> outside(bytes_.begin(), bytes_.end());
         for (int y = 0; y < height_; ++y)
             std::memcpy(outside.data() + position(0, y), before_.data() + position(0, y), sizeof(T) * std::size_t(width_));
         EXPECT_TRUE(outside == before_) << what << ": memory outside the region was written";
@@ -135,9 +203,12 @@ private:
         return std::size_t(std::ptrdiff_t(offset_) + std::ptrdiff_t(y) * step_ + x * std::ptrdiff_t(sizeof(T)));
     }
 
-    int width_, height_, margin_, step_ = 0;
-    std::size_t offset_ = 0;
-    std::vector<unsigned char> bytes_, before_;
+    int width_, height_;
+    Margin margin_;
+    int row_, step_; // in bytes
+    FencedBytes bytes_;
+    std::size_t offset_; // of the first pixel from the first guard byte
+    std::vector<unsigned char> before_;
 };
 
 // A mask of which `percent` of the pixels are selected, by any byte that is not 0; or one pixel alone.
@@ -151,28 +222,26 @@ inline Image<Zel8u> makeMask(Random& random, ZeliSize size, int percent)
     return mask;
 }
 
-// A scratch buffer of exactly `size` bytes at a random alignment, between guard bytes that must stay as they are.
+// A scratch buffer of exactly `size` bytes at a random alignment in fenced memory; the guard bytes must stay as they are.
 class Buffer {
 public:
-    Buffer(Random& random, int size)
-        : size_(std::size_t(size)), offset_(64 + std::size_t(random.between(0, 63))), bytes_(offset_ + size_ + 128, 0xa5)
+    Buffer(Random& random, int size) : size_(std::size_t(size)), bytes_(random, size_, 1)
     {
+        std::fill(bytes_.begin(), bytes_.end(), 0xa5);
     }
     ~Buffer()
     {
-        for (std::size_t i = 0; i < bytes_.size(); ++i)
-            if ((i < offset_ || i >= offset_ + size_) && bytes_[i] != 0xa5) {
-                ADD_FAILURE() << "scratch memory was exceeded at byte " << std::ptrdiff_t(i - offset_) << " of " << size_;
-                return;
-            }
+        const auto isGuard = [](unsigned char byte) { return byte == 0xa5; };
+        EXPECT_TRUE(std::all_of(bytes_.begin(), data(), isGuard) && std::all_of(data() + size_, bytes_.end(), isGuard))
+            << "scratch memory of " << size_ << " bytes was exceeded";
     }
     Buffer(const Buffer&) = delete;
     Buffer& operator=(const Buffer&) = delete;
-    Zel8u* data() { return bytes_.data() + offset_; }
+    Zel8u* data() { return bytes_.begin() + bytes_.offset(); }
 
 private:
-    std::size_t size_, offset_;
-    std::vector<unsigned char> bytes_;
+    std::size_t size_;
+    FencedBytes bytes_;
 };
 
 // Sets the number of threads until the end of the scope.
