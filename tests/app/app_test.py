@@ -149,9 +149,9 @@ class Program(unittest.TestCase):
                 (["filter", "--row", "0.5,2.25,0.5", "--float"], 640, 3), (["average"], 640, 1), (["compare"], 640, 3),
                 (["localdev", "--window", "9"], 640, 1), (["cascade", "--stages", BLOBS], 640, 3)]:
             with self.subTest(arguments):
-                self.assertEqual((width, 480, channels), self.picture(*arguments)[:3])
-                self.assertLess(3, len({value for row in read_png(self.path("out.png"))[3] for value in row})
-                                if arguments[0] != "edges" else 4)
+                *shape, rows = self.picture(*arguments)
+                self.assertEqual([width, 480, channels], shape)
+                self.assertTrue(arguments[0] == "edges" or len(set().union(*rows)) > 3)
         self.assertEqual(["out.png"], os.listdir(self.folder))
 
     def test_tiny_pictures(self):
