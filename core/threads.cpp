@@ -47,8 +47,7 @@ int defaultThreads()
 std::atomic<int> threadSetting{defaultThreads()};
 
 // The largest team: beyond it threads only take turns on the processors.
-const int processors = std::max(1, omp_get_num_procs());
-const int largestTeam = std::max(64, 2 * processors);
+const int largestTeam = std::max(64, 2 * omp_get_num_procs());
 
 // A thread that came through a fork, see below.
 thread_local bool severed = false;
@@ -165,11 +164,10 @@ ZelStatus zelSetNumThreads(Zel32s count)
     return zelStatusOk;
 }
 
-// A team of one thread for each processor is taken as it is. Each thread of the process has a team of its own, so each finds
-// out for itself about a larger one, once for a size that it has not had before.
+// Each thread has a team of its own, so each finds out for itself, once for a size that it has not had before.
 Zel32s ownGetNumThreads(void)
 {
-    thread_local int available = processors;
+    thread_local int available = 1;
     thread_local unsigned refusedUnder = 0; // the setting, by its count, under which threads were refused
     if (severed) return 1;
     const int wanted = std::min(threadSetting.load(std::memory_order_relaxed), largestTeam);

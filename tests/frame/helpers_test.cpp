@@ -142,4 +142,25 @@ TEST(Scratch, CountsElementsAndCarvesAlignedPieces)
     }
 }
 
+TEST(LongRows, HoldAllRowsOfABandOnceAndNoMorePixelsThan32BitsCount)
+{
+    struct Case {
+        int width;
+        bool gapless;
+        int atOnce;
+    };
+    for (const Case c : {Case{7, true, 100}, {7, true, 3}, {7, false, 100}, {1 << 30, true, 100}, {1 << 30, false, 1}}) {
+        const Band band = {2, 13, 0, 1};
+        int next = band.first;
+        forLongRows(band, c.width, c.gapless, c.atOnce, [&](int y, int count) {
+            EXPECT_EQ(next, y);
+            EXPECT_GT(count, 0);
+            EXPECT_EQ(count % c.width, 0);
+            EXPECT_LE(count / c.width, c.gapless ? c.atOnce : 1);
+            next += count / c.width;
+        });
+        EXPECT_EQ(next, band.last) << c.width;
+    }
+}
+
 } // namespace
