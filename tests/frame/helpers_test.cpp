@@ -1,5 +1,6 @@
 // Rows, sorting, checks, wrapping arithmetic, scratch.
 #include "checks.h"
+#include "map.h"
 #include "rows.h"
 #include "scratch.h"
 #include "support/images.h"
