@@ -34,13 +34,6 @@ ZELCV_INLINE inline auto loadMask(const Zel8u* from)
     return widenMask<T>(Vec<Zel8s>(load(from) != 0));
 }
 
-// As many mask bytes in memory as a vector of T has lanes.
-template <class T>
-ZELCV_INLINE inline auto loadLaneMask(const Zel8u* from)
-{
-    return widenMask<T>(Vec<Zel8s>(loadFirst<kLanes<T>>(from) != 0)).part[0];
-}
-
 // 255 for each bit that is set, the lowest first, 0 for the others.
 inline Vec<Zel8u> bytesFromBits(Zel32u bits)
 {

@@ -169,8 +169,8 @@ TEST(Vector, OperationsMadeOfOthersAreWhatTheirNamesSay)
     }, [](auto a, auto) { return prefixSumsInGroups(a); });
     compareLanes<Zel32u>("bytesFromBits", [](int i, auto a, auto) { return Zel8u(a[0] >> i % 32 & 1 ? 255 : 0); },
                          [](auto a, auto) { return bytesFromBits(a[0]); });
-    compareLanes<Zel8u>("loadLaneMask", [](int i, auto a, auto) { return a[i] ? -1 : 0; },
-                        [](auto a, auto) { return loadLaneMask<Zel32s>(lanesOf(a).data()); });
+    compareLanes<Zel8u>("loadMask", [](int i, auto a, auto) { return a[i + 3 * kLanes<Zel32s>] ? -1 : 0; },
+                        [](auto a, auto) { return loadMask<Zel32s>(lanesOf(a).data()).part[3]; });
     compareLanes<Zel8u>("convert", [](int i, auto a, auto) { return Zel32f(a[i + 3 * kLanes<Zel32f>]); },
                         [](auto a, auto) { return convert<Zel32f>(a).part[3]; });
 }
