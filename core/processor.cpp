@@ -1,8 +1,6 @@
 // What can be learned about the processor.
 #include "zelcore.h"
 
-#include <cpuid.h>
-
 #include <algorithm>
 #include <atomic>
 #include <fstream>
@@ -11,6 +9,10 @@
 #include <string>
 #include <thread>
 
+#if defined(__x86_64__) || defined(__i386__)
+#include <cpuid.h>
+#define ZELCORE_HAS_CPUID 1
+#endif
 #if defined(__linux__)
 #include <unistd.h>
 #endif
@@ -19,10 +21,12 @@ namespace {
 
 constexpr Zel32s kFallbackCacheBytes = 1 << 20;
 
-// Largest cache of the deterministic cache parameters: leaf 4, and its twin on processors that keep it elsewhere.
-uint64_t largestCache(unsigned leaf)
+// Largest cache of the deterministic cache parameters: leaf 4, and its twin on processors that keep it elsewhere. 0 where the
+// processor cannot be asked.
+uint64_t largestCache([[maybe_unused]] unsigned leaf)
 {
     uint64_t largest = 0;
+#if defined(ZELCORE_HAS_CPUID)
     unsigned a, b, c, d;
     for (unsigned index = 0; index < 16; ++index) {
         if (!__get_cpuid_count(leaf, index, &a, &b, &c, &d)) break;
@@ -32,6 +36,7 @@ uint64_t largestCache(unsigned leaf)
         const uint64_t ways = (b >> 22) + 1, partitions = ((b >> 12) & 1023) + 1, line = (b & 4095) + 1;
         largest = std::max(largest, ways * partitions * line * (uint64_t(c) + 1));
     }
+#endif
     return largest;
 }
 

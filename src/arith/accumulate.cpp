@@ -23,8 +23,8 @@ constexpr Gate kGate = Gate::area(0x40000);
 
 // ---- what is added, before the weight: from the accumulator and the frames, block by block
 
-// What frames of T are read as: `Number` widened to, `Mask` whether masked-off elements may be cleared before instead of being
-// multiplied by 0 after. That takes numbers without signs, which leave no -0 behind, and integers, which are no NaN.
+// `Number` is what frames of T are read as. `kClears` tells that masked-off elements may be cleared before instead of being
+// multiplied by 0 after, to the same sums: that takes terms that are neither negative, which would leave -0, nor NaN.
 struct Sum {
     template <class T>
     using Number = Zel32f;
@@ -80,9 +80,10 @@ ZelStatus checkPlanes(ZeliSize roi, const Frames<T, count>& frames, Others... ot
     }, frames);
 }
 
-// The accumulator after a block of frames.
+// What follows an accumulator, block by block: each makes an operation of mapRow.
+
 template <class What>
-auto accumulated(Zel32f alpha)
+auto next(Zel32f alpha)
 {
     return [weight = splat(alpha)](const auto& a, const auto&... s) ZELCV_INLINE {
         return forParts([=](auto old, auto term) { return old + (kHasWeight<What> ? term * weight : term); }, a,
@@ -90,28 +91,39 @@ auto accumulated(Zel32f alpha)
     };
 }
 
+// Under a mask of bytes: the weight is cleared where a byte is 0.
+template <class What>
+auto nextMasked(Zel32f alpha)
+{
+    return [weight = splat(alpha)](const auto& mask, const auto& a, const auto&... s) ZELCV_INLINE {
+        return forParts([=](Vec<Zel32s> selected, auto old, auto term) { return term * keep(selected, weight) + old; },
+                        widenMask<Zel32f>(mask.part[0] != 0), a, What::term(a, s...));
+    };
+}
+
+// The elements themselves are cleared, as they are in memory. Of two factors one is enough.
+template <class What, class T>
+auto nextCleared()
+{
+    return [](const auto& mask, const auto& a, const auto& s, const auto&... others) ZELCV_INLINE {
+        const auto kept = forParts([](auto selected, Vec<T> x) { return Vec<T>(Vec<T>(selected) & x); },
+                                   widenMask<T>(mask.part[0] != 0), s);
+        return a + What::term(a, convert<typename What::template Number<T>>(kept), others...);
+    };
+}
+
 template <class What, class T, std::size_t count>
 ZelStatus accumulate(const Frames<T, count>& frames, Plane<Zel32f> srcDst, ZeliSize roi, Zel32f alpha = 1)
 {
     if (auto status = checkPlanes(roi, frames, srcDst)) return status;
-    using Number = typename What::template Number<T>;
+    using Reader = As<typename What::template Number<T>, T>;
     std::apply([&](auto... frame) {
         forRows(roi, kGate, [=](int y, int n) {
             Zel32f* const row = srcDst.row(y);
-            mapRow(row, n, accumulated<What>(alpha), elements<Zel32f>(row), As<Number, T>{frame.row(y)}...);
+            mapRow(row, n, next<What>(alpha), elements<Zel32f>(row), Reader{frame.row(y)}...);
         }, frame..., srcDst);
     }, frames);
     return zelStatusOk;
-}
-
-// Of a group of frame elements, those under the mask, and zeros.
-template <class T, int n>
-auto cleared(const Group<Vec<T>, n>& s, const Group<Vec<Zel8u>, 1>& mask)
-{
-    Group<Vec<T>, n> kept;
-    const auto lanes = widenMask<T>(mask.part[0] != 0);
-    for (int i = 0; i < n; ++i) kept.part[i] = Vec<T>(Vec<T>(lanes.part[i]) & s.part[i]);
-    return kept;
 }
 
 template <class What, class T, std::size_t count>
@@ -119,27 +131,19 @@ ZelStatus accumulateMasked(const Frames<T, count>& frames, Plane<const Zel8u> ma
                            Zel32f alpha = 1)
 {
     if (auto status = checkPlanes(roi, frames, mask, srcDst)) return status;
-    using Number = typename What::template Number<T>;
-    const auto masked = [&](auto first, auto... second) {
+    using Reader = As<typename What::template Number<T>, T>;
+    std::apply([&](auto first, auto... second) {
         forRows(roi, kGate, [=](int y, int n) {
             Zel32f* const row = srcDst.row(y);
-            if constexpr (What::template kClears<T>) { // one factor of 0 is enough
-                const auto next = [](const auto& selected, const auto& a, const auto& s, const auto&... others) ZELCV_INLINE {
-                    return a + What::term(a, convert<Number>(cleared<T>(s, selected)), others...);
-                };
-                mapRow(row, n, next, elements(mask.row(y)), elements<Zel32f>(row), elements(first.row(y)),
-                       As<Number, T>{second.row(y)}...);
-            } else {
-                const auto next = [weight = splat(alpha)](const auto& selected, const auto& a, const auto&... s) ZELCV_INLINE {
-                    return forParts([=](Vec<Zel32s> lanes, auto old, auto term) { return term * keep(lanes, weight) + old; },
-                                    widenMask<Zel32f>(selected.part[0] != 0), a, What::term(a, s...));
-                };
-                mapRow(row, n, next, elements(mask.row(y)), elements<Zel32f>(row), As<Number, T>{first.row(y)},
-                       As<Number, T>{second.row(y)}...);
-            }
+            const auto bytes = elements(mask.row(y));
+            if constexpr (What::template kClears<T>)
+                mapRow(row, n, nextCleared<What, T>(), bytes, elements<Zel32f>(row), elements(first.row(y)),
+                       Reader{second.row(y)}...);
+            else
+                mapRow(row, n, nextMasked<What>(alpha), bytes, elements<Zel32f>(row), Reader{first.row(y)},
+                       Reader{second.row(y)}...);
         }, first, second..., mask, srcDst);
-    };
-    std::apply(masked, frames);
+    }, frames);
     return zelStatusOk;
 }
 
@@ -147,9 +151,9 @@ ZelStatus accumulateMasked(const Frames<T, count>& frames, Plane<const Zel8u> ma
 
 // ---- exports: the members by operation and type
 
-#define ONE_FRAME(What, T, name)                                                                                      \
-    ZelStatus name(const T* src, int srcStep, Zel32f* srcDst, int srcDstStep, ZeliSize roiSize)                       \
-    {                                                                                                                 \
+#define ONE_FRAME(What, T, name)                                                                \
+    ZelStatus name(const T* src, int srcStep, Zel32f* srcDst, int srcDstStep, ZeliSize roiSize) \
+    {                                                                                           \
         return accumulate<What>(Frames<T, 1>{{{src, srcStep}}}, {srcDst, srcDstStep}, roiSize); \
     }
 #define ONE_FRAME_MASKED(What, T, name)                                                                                 \
@@ -172,11 +176,11 @@ ZelStatus accumulateMasked(const Frames<T, count>& frames, Plane<const Zel8u> ma
         return accumulateMasked<What>(Frames<T, 2>{{{src1, src1Step}, {src2, src2Step}}}, {mask, maskStep},   \
                                          {srcDst, srcDstStep}, roiSize);                                      \
     }
-#define WEIGHTED(T, name)                                                                                                \
-    ZelStatus name(const T* src, int srcStep, Zel32f* srcDst, int srcDstStep, ZeliSize roiSize, Zel32f alpha)            \
-    {                                                                                                                    \
-        return accumulate<Weighted>(Frames<T, 1>{{{src, srcStep}}}, {srcDst, srcDstStep}, roiSize, \
-                                    alpha);                                                                              \
+#define WEIGHTED(T, name)                                                                                     \
+    ZelStatus name(const T* src, int srcStep, Zel32f* srcDst, int srcDstStep, ZeliSize roiSize, Zel32f alpha) \
+    {                                                                                                         \
+        return accumulate<Weighted>(Frames<T, 1>{{{src, srcStep}}}, {srcDst, srcDstStep}, roiSize,            \
+                                    alpha);                                                                   \
     }
 #define WEIGHTED_MASKED(T, name)                                                                                  \
     ZelStatus name(const T* src, int srcStep, const Zel8u* mask, int maskStep, Zel32f* srcDst, int srcDstStep,    \
@@ -229,7 +233,7 @@ ZelStatus zeliAddWeighted_32f_C1R(const Zel32f* src1, int src1Step, const Zel32f
     const Plane<Zel32f> result = {dst, dstStep};
     if (auto status = checkPlanes(roiSize, Frames<Zel32f, 1>{{frame}}, accumulator, result)) return status;
     forRows(roiSize, Gate::serial(), [=](int y, int n) {
-        mapRow(result.row(y), n, accumulated<Weighted>(alpha), elements(accumulator.row(y)), elements(frame.row(y)));
+        mapRow(result.row(y), n, next<Weighted>(alpha), elements(accumulator.row(y)), elements(frame.row(y)));
     }, frame, accumulator, result);
     return zelStatusOk;
 }

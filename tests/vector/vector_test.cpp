@@ -144,20 +144,21 @@ TEST(Vector, OperationsMadeOfOthersAreWhatTheirNamesSay)
                          [](auto a, auto) { return absolute(a); });
 
     constexpr int n = kLanes<Zel16s>;
-    compareLanes<Zel16s>("interleaveLow", [](int i, auto a, auto b) { return (i % 2 ? b : a)[i / 8 * 8 + i % 8 / 2]; },
+    const auto pick = [](bool second, auto a, auto b, int i) { return second ? b[i] : a[i]; };
+    compareLanes<Zel16s>("interleaveLow", [=](int i, auto a, auto b) { return pick(i % 2, a, b, i / 8 * 8 + i % 8 / 2); },
                          [](auto a, auto b) { return interleaveLow(a, b); });
-    compareLanes<Zel16s>("interleaveHigh", [](int i, auto a, auto b) { return (i % 2 ? b : a)[i / 8 * 8 + 4 + i % 8 / 2]; },
+    compareLanes<Zel16s>("interleaveHigh", [=](int i, auto a, auto b) { return pick(i % 2, a, b, i / 8 * 8 + 4 + i % 8 / 2); },
                          [](auto a, auto b) { return interleaveHigh(a, b); });
-    compareLanes<Zel16s>("upperHalvesInGroups", [](int i, auto a, auto b) {
-        return (i % 8 < 4 ? a : b)[i / 8 * 8 + i % 4 * 2 + 1];
+    compareLanes<Zel16s>("upperHalvesInGroups", [=](int i, auto a, auto b) {
+        return pick(i % 8 >= 4, a, b, i / 8 * 8 + i % 4 * 2 + 1);
     }, [](auto a, auto b) { return upperHalvesInGroups(a, b); });
     compareLanes<Zel16s>("secondHalves", [](int i, auto a, auto b) { return i < n / 2 ? a[i + n / 2] : b[i]; },
                          [](auto a, auto b) { return secondHalves(a, b); });
-    compareLanes<Zel16s>("sortGroups of what was interleaved", [](int i, auto a, auto b) { return (i % 2 ? b : a)[i / 2]; },
+    compareLanes<Zel16s>("sortGroups of what was interleaved", [=](int i, auto a, auto b) { return pick(i % 2, a, b, i / 2); },
                          [](auto a, auto b) { return sortGroups(interleaveLow(a, b), interleaveHigh(a, b)).part[0]; });
-    compareLanes<Zel16s>("widenSorted of it", [](int i, auto a, auto b) {
+    compareLanes<Zel16s>("widenSorted of it", [=](int i, auto a, auto b) {
         const int at = i + 3 * kLanes<Zel32s>;
-        return Zel32s((at % 2 ? b : a)[at / 2]);
+        return Zel32s(pick(at % 2, a, b, at / 2));
     }, [](auto a, auto b) { return widenSorted<Zel32s>(interleaveLow(a, b), interleaveHigh(a, b)).part[3]; });
     compareLanes<Zel16s>("narrowInOrder", [](int i, auto a, auto b) {
         return Zel8s(std::clamp<int>(i < n ? a[i] : b[i - n], -128, 127));
