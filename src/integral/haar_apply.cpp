@@ -71,6 +71,7 @@ struct FloatSums {
     using BoxNumber = Zel32f;
     using StageNumber = Zel32f; // of norms and stage sums
     static constexpr bool kFirstOfThreeLast = false;
+    static constexpr int kOthersWorthAVector = 1;
     template <class Pixels>
     using Total = typename Pixels::template Of<Zel32f>;
 
@@ -100,6 +101,7 @@ struct IntegerSums {
     using BoxNumber = Zel32u;
     using StageNumber = Zel32u;
     static constexpr bool kFirstOfThreeLast = false;
+    static constexpr int kOthersWorthAVector = 1;
     template <class Pixels>
     using Total = typename Pixels::template Of<Zel32u>;
 
@@ -126,6 +128,8 @@ struct WideLanes {
 // 32-bit products, which wrap, in 64-bit totals, which are shifted left before they are compared.
 class WideIntegerSums : public IntegerSums {
 public:
+    static constexpr int kOthersWorthAVector = kLanes<Zel32f> / 4; // a vector costs much more than a pixel here
+
     template <class Pixels>
     using Total = std::conditional_t<Pixels::kPixels == 1, std::uint64_t, WideLanes>;
 
@@ -405,7 +409,7 @@ private:
         for (int x = begin; x < end;) {
             if (end - x >= kWide && needsWide(markedBits<kWide>(mask + x)))
                 x = runBlock<Neighbours, kWide / kNarrow>(x, x, y);
-            else if (end - begin >= kNarrow && !isAlone(mask, x, end))
+            else if (end - begin >= kNarrow && isWorthAVector(mask, x, end))
                 x = runBlock<Neighbours, 1>(std::min(x, end - kNarrow), x, y);
             else
                 x = runBlock<OnePixel, 1>(x, x, y);
@@ -413,11 +417,15 @@ private:
         }
     }
 
-    // Whether a vector would hold no other marked pixel behind this one.
-    static bool isAlone(const Zel8u* mask, int x, int end)
+    // Whether a vector from this marked pixel on holds enough others.
+    static bool isWorthAVector(const Zel8u* mask, int x, int end)
     {
         const int vectorEnd = std::min(x + kNarrow, end);
-        return nextMarked(mask, x + 1, vectorEnd) == vectorEnd;
+        for (int others = 0; others < Sums::kOthersWorthAVector; ++others) {
+            x = nextMarked(mask, x + 1, vectorEnd);
+            if (x == vectorEnd) return false;
+        }
+        return true;
     }
 
     // Whether most vectors of a wide block hold a marked pixel.

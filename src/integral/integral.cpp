@@ -26,8 +26,8 @@ using BlockSums = Group<Vec<Zel32u>, kBlock / kLanes<Zel32u>>;
 struct Pixels {
     static constexpr int kRun = 16;
 
-    static Vec<Zel32u> term(Vec<Zel32u> pixel) { return pixel; }
-    static BlockSums sums(Vec<Zel8u> pixels)
+    ZELCV_INLINE static Vec<Zel32u> term(Vec<Zel32u> pixel) { return pixel; }
+    ZELCV_INLINE static BlockSums sums(Vec<Zel8u> pixels)
     {
         const Vec<Zel16u> second = Vec<Zel16u>(pixels) >> 8, pairs = (Vec<Zel16u>(pixels) & 0xff) + second;
         const Vec<Zel16u> ofPairs = prefixSumsInGroups(pairs), ofFirsts = ofPairs - second;
@@ -37,11 +37,11 @@ struct Pixels {
 struct Squares {
     static constexpr int kRun = 8;
 
-    static Vec<Zel32u> term(Vec<Zel32u> pixel)
+    ZELCV_INLINE static Vec<Zel32u> term(Vec<Zel32u> pixel)
     {
         return multiplyAddPairs(Vec<Zel16s>(pixel), Vec<Zel16s>(pixel)); // the upper half of each is 0
     }
-    static BlockSums sums(Vec<Zel8u> pixels)
+    ZELCV_INLINE static BlockSums sums(Vec<Zel8u> pixels)
     {
         BlockSums all;
         const auto words = widen<Zel16s>(pixels);
@@ -76,7 +76,7 @@ struct Adder<Zel32s> {
     {
         store(sums, Vec<Zel32s>(Vec<Zel32u>(load(above)) + row));
     }
-    static Vec<Zel32s> tilted(Vec<Zel32u> left, Vec<Zel32u> right, Vec<Zel32s> q0, Vec<Zel32s> q2, Vec<Zel32s> p)
+    ZELCV_INLINE static Vec<Zel32s> tilted(Vec<Zel32u> left, Vec<Zel32u> right, Vec<Zel32s> q0, Vec<Zel32s> q2, Vec<Zel32s> p)
     {
         return Vec<Zel32s>(left + right + Vec<Zel32u>(q0) + Vec<Zel32u>(q2) - Vec<Zel32u>(p));
     }
@@ -91,7 +91,7 @@ struct Adder<Zel32f> {
         store(sums, load(above) + toFloat(Vec<Zel32s>(row)));
     }
     // In double, in this order.
-    static Vec<Zel32f> tilted(Vec<Zel32u> left, Vec<Zel32u> right, Vec<Zel32f> q0, Vec<Zel32f> q2, Vec<Zel32f> p)
+    ZELCV_INLINE static Vec<Zel32f> tilted(Vec<Zel32u> left, Vec<Zel32u> right, Vec<Zel32f> q0, Vec<Zel32f> q2, Vec<Zel32f> p)
     {
         return toFloat(toDoubles(q0) - toDoubles(p) + toDoubles(q2) + toDoubles(Vec<Zel32s>(left)) +
                        toDoubles(Vec<Zel32s>(right)));
@@ -111,7 +111,7 @@ struct Adder<Zel64f> {
     {
         store(sums, loadDoubles(above) + (toDoubles(Vec<Zel32s>(row)) + before));
     }
-    static Doubles tilted(Vec<Zel32u> left, Vec<Zel32u> right, const Doubles& q0, const Doubles& q2, const Doubles& p)
+    ZELCV_INLINE static Doubles tilted(Vec<Zel32u> left, Vec<Zel32u> right, const Doubles& q0, const Doubles& q2, const Doubles& p)
     {
         return toDoubles(Vec<Zel32s>(left + right)) + q0 + q2 - p;
     }

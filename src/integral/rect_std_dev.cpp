@@ -52,12 +52,12 @@ struct Tilted {
 };
 
 template <class V>
-V windowSum(V first, V second, V third, V fourth)
+ZELCV_INLINE inline V windowSum(V first, V second, V third, V fourth)
 {
     return fourth - second - third + first;
 }
 // Wraps at 32 bits, then becomes single.
-Vec<Zel32f> windowSum(Vec<Zel32s> first, Vec<Zel32s> second, Vec<Zel32s> third, Vec<Zel32s> fourth)
+ZELCV_INLINE inline Vec<Zel32f> windowSum(Vec<Zel32s> first, Vec<Zel32s> second, Vec<Zel32s> third, Vec<Zel32s> fourth)
 {
     return toFloat(Vec<Zel32s>(windowSum(Vec<Zel32u>(first), Vec<Zel32u>(second), Vec<Zel32u>(third), Vec<Zel32u>(fourth))));
 }
@@ -67,8 +67,8 @@ Vec<Zel32f> windowSum(Vec<Zel32s> first, Vec<Zel32s> second, Vec<Zel32s> third, 
 class Count {
 public:
     explicit Count(int n) : single_(splat(Zel32f(n))), wide_(splatDoubles(n)) {}
-    friend Vec<Zel32f> operator/(Vec<Zel32f> sum, const Count& n) { return sum / n.single_; }
-    friend Doubles operator/(Doubles sum, const Count& n) { return sum / n.wide_; }
+    ZELCV_INLINE friend Vec<Zel32f> operator/(Vec<Zel32f> sum, const Count& n) { return sum / n.single_; }
+    ZELCV_INLINE friend Doubles operator/(Doubles sum, const Count& n) { return sum / n.wide_; }
 
 private:
     Vec<Zel32f> single_;
@@ -77,12 +77,12 @@ private:
 
 // Not below 0, and 0 in the place of NaN.
 template <class Sum>
-Doubles variance(Sum sum, Doubles squares, const Count& n)
+ZELCV_INLINE inline Doubles variance(Sum sum, Doubles squares, const Count& n)
 {
     const Doubles mean = toDoubles(sum / n);
     return maximum(squares / n - mean * mean, Doubles{});
 }
-Vec<Zel32f> variance(Vec<Zel32f> sum, Vec<Zel32f> squares, const Count& n)
+ZELCV_INLINE inline Vec<Zel32f> variance(Vec<Zel32f> sum, Vec<Zel32f> squares, const Count& n)
 {
     const Vec<Zel32f> mean = sum / n;
     return maximum(squares / n - mean * mean, Vec<Zel32f>{});
@@ -91,7 +91,7 @@ Vec<Zel32f> variance(Vec<Zel32f> sum, Vec<Zel32f> squares, const Count& n)
 // ---- roots
 
 struct SingleRoot {
-    Vec<Zel32f> operator()(Doubles variance) const { return squareRoot(toFloat(variance)); }
+    ZELCV_INLINE Vec<Zel32f> operator()(Doubles variance) const { return squareRoot(toFloat(variance)); }
 };
 
 // Times 2^-scaleFactor, the exponent modulo 32.
@@ -107,7 +107,7 @@ struct ScaledRoot {
     Doubles factor;
 
     explicit ScaledRoot(int scaleFactor) : factor(splatDoubles(scale(scaleFactor))) {}
-    Vec<Zel32s> operator()(Vec<Zel32f> variance) const
+    ZELCV_INLINE Vec<Zel32s> operator()(Vec<Zel32f> variance) const
     {
         const Doubles root = kRootInDouble ? squareRoot(toDoubles(variance)) : toDoubles(squareRoot(variance));
         return truncate(root * factor + splatDoubles(0.5));
@@ -143,10 +143,10 @@ ZelStatus deviations(Plane<const T> src, Plane<const S> sqr, Plane<D> dst, ZeliS
     if (auto status = checkSize({rect.width, rect.height})) return status;
 
     const Count n(Shape::count(rect));
-    const auto deviation = [=](auto a1, auto a2, auto a3, auto a4, auto b1, auto b2, auto b3, auto b4) {
+    const auto deviation = [=](auto a1, auto a2, auto a3, auto a4, auto b1, auto b2, auto b3, auto b4) ZELCV_INLINE {
         return root(variance(windowSum(a1, a2, a3, a4), windowSum(b1, b2, b3, b4), n));
     };
-    const auto result = [=](const auto&... corner) { return forParts(deviation, corner...); };
+    const auto result = [=](const auto&... corner) ZELCV_INLINE { return forParts(deviation, corner...); };
     constexpr bool widthFirst = Shape::kWidthFirst;
     const Corner corners[4] = {Shape::corner(rect, false, false), Shape::corner(rect, widthFirst, !widthFirst),
                                Shape::corner(rect, !widthFirst, widthFirst), Shape::corner(rect, true, true)};

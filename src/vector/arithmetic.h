@@ -11,7 +11,7 @@ using isa::shiftLeft;
 using isa::squareRoot;
 using isa::subtractSaturating;
 
-inline Doubles squareRoot(const Doubles& v) { return {squareRoot(v.part[0]), squareRoot(v.part[1])}; }
+ZELCV_INLINE inline Doubles squareRoot(const Doubles& v) { return {squareRoot(v.part[0]), squareRoot(v.part[1])}; }
 
 // The smaller of each, and the larger; b where either is NaN.
 template <class V>
@@ -25,29 +25,29 @@ ZELCV_INLINE inline V maximum(V a, V b)
     return a > b ? a : b;
 }
 // Compilers do not find these for SSE2.
-inline Vec<Zel16u> minimum(Vec<Zel16u> a, Vec<Zel16u> b) { return a - subtractSaturating(a, b); }
-inline Vec<Zel16u> maximum(Vec<Zel16u> a, Vec<Zel16u> b) { return b + subtractSaturating(a, b); }
-inline Doubles maximum(const Doubles& a, const Doubles& b)
+ZELCV_INLINE inline Vec<Zel16u> minimum(Vec<Zel16u> a, Vec<Zel16u> b) { return a - subtractSaturating(a, b); }
+ZELCV_INLINE inline Vec<Zel16u> maximum(Vec<Zel16u> a, Vec<Zel16u> b) { return b + subtractSaturating(a, b); }
+ZELCV_INLINE inline Doubles maximum(const Doubles& a, const Doubles& b)
 {
     return {maximum(a.part[0], b.part[0]), maximum(a.part[1], b.part[1])};
 }
 
 // ---- absolute values: those of the smallest integers come out as they should, since the results are unsigned
 
-inline Vec<Zel32f> absolute(Vec<Zel32f> v) { return Vec<Zel32f>(Vec<Zel32u>(v) & 0x7fffffffu); }
-inline Vec<Zel16s> negativeAbsolute(Vec<Zel16s> v) { return minimum(v, Vec<Zel16s>(-Vec<Zel16u>(v))); }
-inline Vec<Zel16u> absolute(Vec<Zel16s> v) { return -Vec<Zel16u>(negativeAbsolute(v)); }
-inline Vec<Zel8u> absolute(Vec<Zel8s> v) { return minimum(Vec<Zel8u>(v), -Vec<Zel8u>(v)); }
+ZELCV_INLINE inline Vec<Zel32f> absolute(Vec<Zel32f> v) { return Vec<Zel32f>(Vec<Zel32u>(v) & 0x7fffffffu); }
+ZELCV_INLINE inline Vec<Zel16s> negativeAbsolute(Vec<Zel16s> v) { return minimum(v, Vec<Zel16s>(-Vec<Zel16u>(v))); }
+ZELCV_INLINE inline Vec<Zel16u> absolute(Vec<Zel16s> v) { return -Vec<Zel16u>(negativeAbsolute(v)); }
+ZELCV_INLINE inline Vec<Zel8u> absolute(Vec<Zel8s> v) { return minimum(Vec<Zel8u>(v), -Vec<Zel8u>(v)); }
 
-inline Vec<Zel8u> absoluteDifference(Vec<Zel8u> a, Vec<Zel8u> b) { return maximum(a, b) - minimum(a, b); }
-inline Vec<Zel8u> absoluteDifference(Vec<Zel8s> a, Vec<Zel8s> b)
+ZELCV_INLINE inline Vec<Zel8u> absoluteDifference(Vec<Zel8u> a, Vec<Zel8u> b) { return maximum(a, b) - minimum(a, b); }
+ZELCV_INLINE inline Vec<Zel8u> absoluteDifference(Vec<Zel8s> a, Vec<Zel8s> b)
 {
     return absoluteDifference(Vec<Zel8u>(a) ^ 0x80, Vec<Zel8u>(b) ^ 0x80);
 }
-inline Vec<Zel16u> absoluteDifference(Vec<Zel16u> a, Vec<Zel16u> b)
+ZELCV_INLINE inline Vec<Zel16u> absoluteDifference(Vec<Zel16u> a, Vec<Zel16u> b)
 {
     return subtractSaturating(a, b) | subtractSaturating(b, a);
 }
-inline Vec<Zel32f> absoluteDifference(Vec<Zel32f> a, Vec<Zel32f> b) { return absolute(a - b); }
+ZELCV_INLINE inline Vec<Zel32f> absoluteDifference(Vec<Zel32f> a, Vec<Zel32f> b) { return absolute(a - b); }
 
 } // namespace zelcv

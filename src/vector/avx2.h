@@ -9,67 +9,70 @@ namespace zelcv::avx2 {
 
 // ---- arithmetic
 
-inline Vec<Zel8u> subtractSaturating(Vec<Zel8u> a, Vec<Zel8u> b)
+ZELCV_INLINE inline Vec<Zel8u> subtractSaturating(Vec<Zel8u> a, Vec<Zel8u> b)
 {
     return Vec<Zel8u>(_mm256_subs_epu8(__m256i(a), __m256i(b)));
 }
-inline Vec<Zel16u> subtractSaturating(Vec<Zel16u> a, Vec<Zel16u> b)
+ZELCV_INLINE inline Vec<Zel16u> subtractSaturating(Vec<Zel16u> a, Vec<Zel16u> b)
 {
     return Vec<Zel16u>(_mm256_subs_epu16(__m256i(a), __m256i(b)));
 }
 
-inline Vec<Zel32u> multiplyAddPairs(Vec<Zel16s> a, Vec<Zel16s> b)
+ZELCV_INLINE inline Vec<Zel32u> multiplyAddPairs(Vec<Zel16s> a, Vec<Zel16s> b)
 {
     return Vec<Zel32u>(_mm256_madd_epi16(__m256i(a), __m256i(b)));
 }
 
-inline Vec<Zel16s> multiplyHigh(Vec<Zel16s> a, Vec<Zel16s> b)
+ZELCV_INLINE inline Vec<Zel16s> multiplyHigh(Vec<Zel16s> a, Vec<Zel16s> b)
 {
     return Vec<Zel16s>(_mm256_mulhi_epi16(__m256i(a), __m256i(b)));
 }
-inline Vec<Zel16u> multiplyHigh(Vec<Zel16u> a, Vec<Zel16u> b)
+ZELCV_INLINE inline Vec<Zel16u> multiplyHigh(Vec<Zel16u> a, Vec<Zel16u> b)
 {
     return Vec<Zel16u>(_mm256_mulhi_epu16(__m256i(a), __m256i(b)));
 }
 
-inline Vec<std::uint64_t> sumBytes(Vec<Zel8u> v) { return Vec<std::uint64_t>(_mm256_sad_epu8(__m256i(v), __m256i{})); }
+ZELCV_INLINE inline Vec<std::uint64_t> sumBytes(Vec<Zel8u> v)
+{
+    return Vec<std::uint64_t>(_mm256_sad_epu8(__m256i(v), __m256i{}));
+}
 
-inline Vec<Zel32f> squareRoot(Vec<Zel32f> v) { return _mm256_sqrt_ps(v); }
-inline Vec<Zel64f> squareRoot(Vec<Zel64f> v) { return _mm256_sqrt_pd(v); }
+ZELCV_INLINE inline Vec<Zel32f> squareRoot(Vec<Zel32f> v) { return _mm256_sqrt_ps(v); }
+ZELCV_INLINE inline Vec<Zel64f> squareRoot(Vec<Zel64f> v) { return _mm256_sqrt_pd(v); }
 
-inline Vec<std::uint64_t> shiftLeft(Vec<std::uint64_t> v, std::int64_t count)
+ZELCV_INLINE inline Vec<std::uint64_t> shiftLeft(Vec<std::uint64_t> v, std::int64_t count)
 {
     return Vec<std::uint64_t>(_mm256_sll_epi64(__m256i(v), _mm_cvtsi64_si128(count)));
 }
 
 // ---- widening and narrowing
 
-inline __m128i lowHalf(__m256i v) { return _mm256_castsi256_si128(v); }
-inline __m128i highHalf(__m256i v) { return _mm256_extracti128_si256(v, 1); }
+ZELCV_INLINE inline __m128i lowHalf(__m256i v) { return _mm256_castsi256_si128(v); }
+ZELCV_INLINE inline __m128i highHalf(__m256i v) { return _mm256_extracti128_si256(v, 1); }
 
 // The first elements of a register, widened to fill a vector.
 template <class To>
-inline Vec<To> widenFirst(__m128i v, Zel8u)
+ZELCV_INLINE inline Vec<To> widenFirst(__m128i v, Zel8u)
 {
     return Vec<To>(sizeof(To) == 2 ? _mm256_cvtepu8_epi16(v) : _mm256_cvtepu8_epi32(v));
 }
 template <class To>
-inline Vec<To> widenFirst(__m128i v, Zel8s)
+ZELCV_INLINE inline Vec<To> widenFirst(__m128i v, Zel8s)
 {
     return Vec<To>(sizeof(To) == 2 ? _mm256_cvtepi8_epi16(v) : _mm256_cvtepi8_epi32(v));
 }
 template <class To>
-inline Vec<To> widenFirst(__m128i v, Zel16u)
+ZELCV_INLINE inline Vec<To> widenFirst(__m128i v, Zel16u)
 {
     return Vec<To>(_mm256_cvtepu16_epi32(v));
 }
 template <class To>
-inline Vec<To> widenFirst(__m128i v, Zel16s)
+ZELCV_INLINE inline Vec<To> widenFirst(__m128i v, Zel16s)
 {
     return Vec<To>(_mm256_cvtepi16_epi32(v));
 }
 template <class To>
-inline Vec<To> widenFirst(__m128i v, Zel32s)
+ZELCV_INLINE inline Vec<To> widenFirst(__m128i v, Zel32s)
 {
     if constexpr (std::is_floating_point_v<To>)
         return _mm256_cvtepi32_pd(v);
@@ -77,7 +80,7 @@ inline Vec<To> widenFirst(__m128i v, Zel32s)
         return Vec<To>(_mm256_cvtepi32_epi64(v));
 }
 template <class To>
-inline Vec<To> widenFirst(__m128i v, Zel32f)
+ZELCV_INLINE inline Vec<To> widenFirst(__m128i v, Zel32f)
 {
     return _mm256_cvtps_pd(_mm_castsi128_ps(v));
 }
@@ -106,23 +109,23 @@ ZELCV_INLINE inline auto loadWidened(const T* from)
     return wide;
 }
 
-inline Vec<Zel32s> truncate(Vec<Zel32f> v) { return Vec<Zel32s>(_mm256_cvttps_epi32(v)); }
-inline Vec<Zel32s> truncate(const Doubles& v)
+ZELCV_INLINE inline Vec<Zel32s> truncate(Vec<Zel32f> v) { return Vec<Zel32s>(_mm256_cvttps_epi32(v)); }
+ZELCV_INLINE inline Vec<Zel32s> truncate(const Doubles& v)
 {
     return Vec<Zel32s>(_mm256_set_m128i(_mm256_cvttpd_epi32(v.part[1]), _mm256_cvttpd_epi32(v.part[0])));
 }
-inline Vec<Zel32f> toFloat(const Doubles& v)
+ZELCV_INLINE inline Vec<Zel32f> toFloat(const Doubles& v)
 {
     return _mm256_set_m128(_mm256_cvtpd_ps(v.part[1]), _mm256_cvtpd_ps(v.part[0]));
 }
 
 template <class To>
-inline Vec<To> narrowPairs(Vec<Zel32s> a, Vec<Zel32s> b)
+ZELCV_INLINE inline Vec<To> narrowPairs(Vec<Zel32s> a, Vec<Zel32s> b)
 {
     return Vec<To>(_mm256_packs_epi32(__m256i(a), __m256i(b)));
 }
 template <class To>
-inline Vec<To> narrowPairs(Vec<Zel16s> a, Vec<Zel16s> b)
+ZELCV_INLINE inline Vec<To> narrowPairs(Vec<Zel16s> a, Vec<Zel16s> b)
 {
     if constexpr (std::is_signed_v<To>)
         return Vec<To>(_mm256_packs_epi16(__m256i(a), __m256i(b)));
@@ -132,18 +135,18 @@ inline Vec<To> narrowPairs(Vec<Zel16s> a, Vec<Zel16s> b)
 
 // ---- masks
 
-inline Zel32u laneBits(Vec<Zel8s> mask) { return Zel32u(_mm256_movemask_epi8(__m256i(mask))); }
-inline Zel32u laneBits(Vec<Zel16s> mask)
+ZELCV_INLINE inline Zel32u laneBits(Vec<Zel8s> mask) { return Zel32u(_mm256_movemask_epi8(__m256i(mask))); }
+ZELCV_INLINE inline Zel32u laneBits(Vec<Zel16s> mask)
 {
     const auto bits = Zel32u(_mm256_movemask_epi8(_mm256_packs_epi16(__m256i(mask), __m256i{})));
     return (bits | bits >> 8) & 0xffff; // the packed halves come 16 bits apart
 }
-inline Zel32u laneBits(Vec<Zel32s> mask) { return Zel32u(_mm256_movemask_ps(__m256(mask))); }
+ZELCV_INLINE inline Zel32u laneBits(Vec<Zel32s> mask) { return Zel32u(_mm256_movemask_ps(__m256(mask))); }
 
 // ---- shuffles
 
 template <int count>
-inline Vec<Zel8u> shiftBytesUp(Vec<Zel8u> v)
+ZELCV_INLINE inline Vec<Zel8u> shiftBytesUp(Vec<Zel8u> v)
 {
     return Vec<Zel8u>(_mm256_slli_si256(__m256i(v), count));
 }

@@ -11,12 +11,12 @@ using isa::narrowPairs;
 using isa::truncate;
 using isa::widen;
 
-inline Vec<Zel32f> toFloat(Vec<Zel32s> v) { return __builtin_convertvector(v, Vec<Zel32f>); }
+ZELCV_INLINE inline Vec<Zel32f> toFloat(Vec<Zel32s> v) { return __builtin_convertvector(v, Vec<Zel32f>); }
 using isa::toFloat;
 
-inline Doubles toDoubles(const Doubles& v) { return v; }
-inline Doubles toDoubles(Vec<Zel32f> v) { return widen<Zel64f>(v); }
-inline Doubles toDoubles(Vec<Zel32s> v) { return widen<Zel64f>(v); }
+ZELCV_INLINE inline Doubles toDoubles(const Doubles& v) { return v; }
+ZELCV_INLINE inline Doubles toDoubles(Vec<Zel32f> v) { return widen<Zel64f>(v); }
+ZELCV_INLINE inline Doubles toDoubles(Vec<Zel32s> v) { return widen<Zel64f>(v); }
 
 // The elements of a, then those of b, limited to the 8 bits of T.
 template <class T>

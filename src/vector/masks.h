@@ -15,7 +15,7 @@ bool anyLane(Mask mask)
 }
 
 // `value` where the mask is set, +0 elsewhere.
-inline Vec<Zel32f> keep(Vec<Zel32s> mask, Vec<Zel32f> value) { return Vec<Zel32f>(mask & Vec<Zel32s>(value)); }
+ZELCV_INLINE inline Vec<Zel32f> keep(Vec<Zel32s> mask, Vec<Zel32f> value) { return Vec<Zel32f>(mask & Vec<Zel32s>(value)); }
 
 // The lanes of a mask of bytes, each as a lane of T: as many vectors as that fills.
 template <class T>
@@ -35,7 +35,7 @@ ZELCV_INLINE inline auto loadMask(const Zel8u* from)
 }
 
 // 255 for each bit that is set, the lowest first, 0 for the others.
-inline Vec<Zel8u> bytesFromBits(Zel32u bits)
+ZELCV_INLINE inline Vec<Zel8u> bytesFromBits(Zel32u bits)
 {
     const Vec<Zel8u> ownBit = Vec<Zel8u>(splat(std::uint64_t(0x8040201008040201)));
     Vec<Zel8u> spread = Vec<Zel8u>(splat(bits));

@@ -17,7 +17,7 @@ auto sumOfLanes(V v)
 }
 
 // The sums of the two 32-bit halves of each 64-bit lane.
-inline Vec<std::uint64_t> sumHalves(Vec<Zel32u> v)
+ZELCV_INLINE inline Vec<std::uint64_t> sumHalves(Vec<Zel32u> v)
 {
     return (Vec<std::uint64_t>(v) & 0xffffffffu) + (Vec<std::uint64_t>(v) >> 32);
 }

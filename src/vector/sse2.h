@@ -9,23 +9,38 @@ namespace zelcv::sse2 {
 
 // ---- arithmetic
 
-inline Vec<Zel8u> subtractSaturating(Vec<Zel8u> a, Vec<Zel8u> b) { return Vec<Zel8u>(_mm_subs_epu8(__m128i(a), __m128i(b))); }
-inline Vec<Zel16u> subtractSaturating(Vec<Zel16u> a, Vec<Zel16u> b)
+ZELCV_INLINE inline Vec<Zel8u> subtractSaturating(Vec<Zel8u> a, Vec<Zel8u> b)
+{
+    return Vec<Zel8u>(_mm_subs_epu8(__m128i(a), __m128i(b)));
+}
+ZELCV_INLINE inline Vec<Zel16u> subtractSaturating(Vec<Zel16u> a, Vec<Zel16u> b)
 {
     return Vec<Zel16u>(_mm_subs_epu16(__m128i(a), __m128i(b)));
 }
 
-inline Vec<Zel32u> multiplyAddPairs(Vec<Zel16s> a, Vec<Zel16s> b) { return Vec<Zel32u>(_mm_madd_epi16(__m128i(a), __m128i(b))); }
+ZELCV_INLINE inline Vec<Zel32u> multiplyAddPairs(Vec<Zel16s> a, Vec<Zel16s> b)
+{
+    return Vec<Zel32u>(_mm_madd_epi16(__m128i(a), __m128i(b)));
+}
 
-inline Vec<Zel16s> multiplyHigh(Vec<Zel16s> a, Vec<Zel16s> b) { return Vec<Zel16s>(_mm_mulhi_epi16(__m128i(a), __m128i(b))); }
-inline Vec<Zel16u> multiplyHigh(Vec<Zel16u> a, Vec<Zel16u> b) { return Vec<Zel16u>(_mm_mulhi_epu16(__m128i(a), __m128i(b))); }
+ZELCV_INLINE inline Vec<Zel16s> multiplyHigh(Vec<Zel16s> a, Vec<Zel16s> b)
+{
+    return Vec<Zel16s>(_mm_mulhi_epi16(__m128i(a), __m128i(b)));
+}
+ZELCV_INLINE inline Vec<Zel16u> multiplyHigh(Vec<Zel16u> a, Vec<Zel16u> b)
+{
+    return Vec<Zel16u>(_mm_mulhi_epu16(__m128i(a), __m128i(b)));
+}
 
-inline Vec<std::uint64_t> sumBytes(Vec<Zel8u> v) { return Vec<std::uint64_t>(_mm_sad_epu8(__m128i(v), __m128i{})); }
+ZELCV_INLINE inline Vec<std::uint64_t> sumBytes(Vec<Zel8u> v)
+{
+    return Vec<std::uint64_t>(_mm_sad_epu8(__m128i(v), __m128i{}));
+}
 
-inline Vec<Zel32f> squareRoot(Vec<Zel32f> v) { return _mm_sqrt_ps(v); }
-inline Vec<Zel64f> squareRoot(Vec<Zel64f> v) { return _mm_sqrt_pd(v); }
+ZELCV_INLINE inline Vec<Zel32f> squareRoot(Vec<Zel32f> v) { return _mm_sqrt_ps(v); }
+ZELCV_INLINE inline Vec<Zel64f> squareRoot(Vec<Zel64f> v) { return _mm_sqrt_pd(v); }
 
-inline Vec<std::uint64_t> shiftLeft(Vec<std::uint64_t> v, std::int64_t count)
+ZELCV_INLINE inline Vec<std::uint64_t> shiftLeft(Vec<std::uint64_t> v, std::int64_t count)
 {
     return Vec<std::uint64_t>(_mm_sll_epi64(__m128i(v), _mm_cvtsi64_si128(count)));
 }
@@ -95,20 +110,23 @@ ZELCV_INLINE inline auto loadWidened(const T* from)
     return widen<To>(load(from));
 }
 
-inline Vec<Zel32s> truncate(Vec<Zel32f> v) { return Vec<Zel32s>(_mm_cvttps_epi32(v)); }
-inline Vec<Zel32s> truncate(const Doubles& v)
+ZELCV_INLINE inline Vec<Zel32s> truncate(Vec<Zel32f> v) { return Vec<Zel32s>(_mm_cvttps_epi32(v)); }
+ZELCV_INLINE inline Vec<Zel32s> truncate(const Doubles& v)
 {
     return Vec<Zel32s>(_mm_unpacklo_epi64(_mm_cvttpd_epi32(v.part[0]), _mm_cvttpd_epi32(v.part[1])));
 }
-inline Vec<Zel32f> toFloat(const Doubles& v) { return _mm_movelh_ps(_mm_cvtpd_ps(v.part[0]), _mm_cvtpd_ps(v.part[1])); }
+ZELCV_INLINE inline Vec<Zel32f> toFloat(const Doubles& v)
+{
+    return _mm_movelh_ps(_mm_cvtpd_ps(v.part[0]), _mm_cvtpd_ps(v.part[1]));
+}
 
 template <class To>
-inline Vec<To> narrowPairs(Vec<Zel32s> a, Vec<Zel32s> b)
+ZELCV_INLINE inline Vec<To> narrowPairs(Vec<Zel32s> a, Vec<Zel32s> b)
 {
     return Vec<To>(_mm_packs_epi32(__m128i(a), __m128i(b)));
 }
 template <class To>
-inline Vec<To> narrowPairs(Vec<Zel16s> a, Vec<Zel16s> b)
+ZELCV_INLINE inline Vec<To> narrowPairs(Vec<Zel16s> a, Vec<Zel16s> b)
 {
     if constexpr (std::is_signed_v<To>)
         return Vec<To>(_mm_packs_epi16(__m128i(a), __m128i(b)));
@@ -118,14 +136,17 @@ inline Vec<To> narrowPairs(Vec<Zel16s> a, Vec<Zel16s> b)
 
 // ---- masks
 
-inline Zel32u laneBits(Vec<Zel8s> mask) { return Zel32u(_mm_movemask_epi8(__m128i(mask))); }
-inline Zel32u laneBits(Vec<Zel16s> mask) { return Zel32u(_mm_movemask_epi8(_mm_packs_epi16(__m128i(mask), __m128i{}))); }
-inline Zel32u laneBits(Vec<Zel32s> mask) { return Zel32u(_mm_movemask_ps(__m128(mask))); }
+ZELCV_INLINE inline Zel32u laneBits(Vec<Zel8s> mask) { return Zel32u(_mm_movemask_epi8(__m128i(mask))); }
+ZELCV_INLINE inline Zel32u laneBits(Vec<Zel16s> mask)
+{
+    return Zel32u(_mm_movemask_epi8(_mm_packs_epi16(__m128i(mask), __m128i{})));
+}
+ZELCV_INLINE inline Zel32u laneBits(Vec<Zel32s> mask) { return Zel32u(_mm_movemask_ps(__m128(mask))); }
 
 // ---- shuffles
 
 template <int count>
-inline Vec<Zel8u> shiftBytesUp(Vec<Zel8u> v)
+ZELCV_INLINE inline Vec<Zel8u> shiftBytesUp(Vec<Zel8u> v)
 {
     return Vec<Zel8u>(_mm_slli_si128(__m128i(v), count));
 }

@@ -113,7 +113,7 @@ Vec<T> splat(T value)
 }
 
 // Two 16-bit numbers in memory, in all pairs of lanes.
-inline Vec<Zel16s> splatPair(const Zel16s* from)
+ZELCV_INLINE inline Vec<Zel16s> splatPair(const Zel16s* from)
 {
     Zel32s both;
     std::memcpy(&both, from, sizeof both);
@@ -169,7 +169,7 @@ ZELCV_INLINE inline void store(T* to, const Group<V, n>& group)
     for (int i = 0; i < n; ++i) store(to + i * int(sizeof(V) / sizeof(T)), group.part[i]);
 }
 
-inline Doubles loadDoubles(const Zel64f* from) { return {load(from), load(from + kLanes<Zel64f>)}; }
-inline Doubles splatDoubles(Zel64f value) { return {splat(value), splat(value)}; }
+ZELCV_INLINE inline Doubles loadDoubles(const Zel64f* from) { return {load(from), load(from + kLanes<Zel64f>)}; }
+ZELCV_INLINE inline Doubles splatDoubles(Zel64f value) { return {splat(value), splat(value)}; }
 
 } // namespace zelcv
