@@ -16,6 +16,8 @@ struct Function {
     const char* name;
     F* call;
 };
+template <class F>
+Function(const char*, F*) -> Function<F>;
 #define ZELCV_FUNCTION(function)                                                                                             \
     ::app::Function { #function, function }
 
