@@ -8,6 +8,7 @@
 #include "bands.h"
 #include "border.h"
 #include "checks.h"
+#include "vector/vector.h"
 
 namespace zelcv {
 
@@ -19,10 +20,9 @@ struct BorderedSource {
     ZeliBorderType border;
     T value;
 
-    // The row that stands for row `y` of the region; kConstantPixel for a row of the border value.
+    // The row that stands for row `y` outside the region; kConstantPixel for a row of the border value.
     int standInRow(int y) const
     {
-        if (y >= 0 && y < size.height) return y;
         const bool above = y < 0;
         if (border & (above ? zeliBorderInMemoryTop : zeliBorderInMemoryBottom)) return y;
         const int kind = border & kBorderKindMask;
@@ -54,42 +54,105 @@ inline ZeliBorderType expandBorder(ZeliBorderType border)
     return (border & kBorderKindMask) == zeliBorderInMemory ? 0xf0 : border;
 }
 
-// Length of an intermediate row: whole vectors of every width.
+// Length of an intermediate row in the sizes that callers know.
 inline Wrapped ringRowLength(int width)
 {
     return Wrapped(width).roundedUp(16);
 }
 
-// Filters the rows of one band with `Taps` by `Taps` taps. rowStage(src, mid, n) makes mid[i] of src[i] and the Taps - 1
-// pixels behind it; columnStage(rows, dst, n) makes dst[i] of element i of Taps rows. A row outside a constant border is
-// filled with `constantRow`. Takes Taps + 1 rows of ringRowLength from `scratch`, and a few hundred bytes.
+// What the stages make at a time: two vectors of intermediate elements.
+template <class Mid>
+constexpr int kFilterBlock = 2 * kLanes<Mid>;
+template <class Mid>
+using FilterBlock = Group<Vec<Mid>, 2>;
+
+// Calls make(i) for blocks from 0 up to `last`, or a little less than a block below it; returns the index of the next one.
+template <int block, class Make>
+ZELCV_INLINE inline std::ptrdiff_t forBlocks(std::ptrdiff_t last, const Make& make)
+{
+    std::ptrdiff_t i = 0;
+    for (; i <= last - block; i += 2 * block) {
+        make(i);
+        make(i + block);
+    }
+    for (; i <= last; i += block) make(i);
+    return i;
+}
+
+// mid[i] = block(src + i) for all i below n, block by block. Where n is no multiple of a block, the last one overlaps what is
+// before, which may lie in front of both.
+template <class Src, class Mid, class Block>
+ZELCV_INLINE inline void forRowBlocks(const Src* src, Mid* mid, int n, const Block& block)
+{
+    const std::ptrdiff_t last = n - kFilterBlock<Mid>;
+    const auto make = [&](std::ptrdiff_t i) ZELCV_INLINE { store(mid + i, block(src + i)); };
+    if (last <= 0) return make(last);
+    if (forBlocks<kFilterBlock<Mid>>(last, make) < n) make(last);
+}
+
+// A block of an intermediate row from element i on, which is aligned where i is a multiple of a block.
+template <bool aligned, class Mid>
+ZELCV_INLINE inline FilterBlock<Mid> ringBlock(const Mid* row, std::ptrdiff_t i)
+{
+    if constexpr (aligned) return {loadAligned(row + i), loadAligned(row + i + kLanes<Mid>)};
+    else return {load(row + i), load(row + i + kLanes<Mid>)};
+}
+
+// dst[i] = block(at) for all i below n, which is not less than a block; at(row) is the block from
+// element i on of an intermediate row.
+template <class Mid, class Dst, class Block>
+ZELCV_INLINE inline void forColumnBlocks(Dst* dst, int n, const Block& block)
+{
+    const auto blockAt = [&]<bool aligned>(std::ptrdiff_t i, std::bool_constant<aligned>) ZELCV_INLINE {
+        return block([=](const Mid* row) ZELCV_INLINE { return ringBlock<aligned>(row, i); });
+    };
+    const std::ptrdiff_t last = n - kFilterBlock<Mid>;
+    const auto make = [&](std::ptrdiff_t i) ZELCV_INLINE { store(dst + i, blockAt(i, std::true_type())); };
+    if (forBlocks<kFilterBlock<Mid>>(last, make) < n) store(dst + last, blockAt(last, std::false_type()));
+}
+
+// Filters the rows of one band with `Taps` by `Taps` taps, Taps / 2 not above a block. rowStage(src, mid, n) makes mid[i] of
+// src[i] and the Taps - 1 pixels behind it, as forRowBlocks does; columnStage(rows, dst, n) makes dst[i] of element i of Taps
+// rows, as forColumnBlocks does. Intermediate rows are aligned, and as long as whole blocks. A row outside a constant border
+// is filled with `constantRow`. Takes Taps + 2 rows of whole blocks from `scratch`, and a few hundred bytes.
 template <int Taps, class Mid, class Src, class Dst, class RowStage, class ColumnStage>
 void filterBand(const BorderedSource<Src>& source, Plane<Dst> dst, Band band, Mid constantRow, Carver scratch,
                 const RowStage& rowStage, const ColumnStage& columnStage)
 {
     constexpr int reach = Taps / 2;
     constexpr int cacheLine = 64;
-    const int width = source.size.width, rowLength = ringRowLength(width).value();
+    constexpr int block = kFilterBlock<Mid>;
+    static_assert(reach <= block);
+    const int width = source.size.width, rowLength = wholeBlocks(width, block);
     Mid* const ring = scratch.take<Mid>(std::int64_t(rowLength) * Taps, cacheLine);
     Mid* const constant = scratch.take<Mid>(rowLength, cacheLine);
-    ExtendedRow<Src, 1> extended(width, Taps, reach, source.border, &source.value, scratch);
-    std::fill_n(constant, width, constantRow);
+    Dst* const narrow = scratch.take<Dst>(block); // a row that is narrower than a block is made here
+    ExtendedRow<Src, 1> extended(width, Taps, reach, source.border, &source.value, scratch, block);
+    std::fill_n(constant, rowLength, constantRow);
 
-    const Mid* rows[Taps]; // rows[i] stands for row y - reach + i
+    const Mid* rows[Taps] = {}; // rows[i] stands for row y - reach + i
     int slot = 0;
-    const auto nextRow = [&](int y) -> const Mid* {
-        const int standIn = source.standInRow(y);
-        if (standIn == kConstantPixel) return constant;
-        Mid* const row = ring + std::ptrdiff_t(rowLength) * slot;
-        slot = slot == Taps - 1 ? 0 : slot + 1;
-        extended.apply(source.plane.row(standIn), row, rowStage);
-        return row;
-    };
-    for (int i = 0; i < Taps - 1; ++i) rows[i + 1] = nextRow(band.first - reach + i);
-    for (int y = band.first; y < band.last; ++y) {
+    for (int y = band.first - 2 * reach; y < band.last; ++y) {
         for (int i = 0; i < Taps - 1; ++i) rows[i] = rows[i + 1];
-        rows[Taps - 1] = nextRow(y + reach);
-        columnStage(rows, dst.row(y), width);
+        const int next = y + reach;
+        const int standIn = next >= 0 && next < source.size.height ? next : source.standInRow(next);
+        if (standIn == kConstantPixel) {
+            rows[Taps - 1] = constant;
+        } else {
+            Mid* const row = ring + std::ptrdiff_t(rowLength) * slot;
+            slot = slot == Taps - 1 ? 0 : slot + 1;
+            extended.apply(source.plane.row(standIn), row, [&](const Src* from, Mid* to, int n) ZELCV_INLINE {
+                rowStage(from, to, extended.isCopy(from) ? wholeBlocks(n, block) : n);
+            });
+            rows[Taps - 1] = row;
+        }
+        if (y < band.first) continue;
+        if (width >= block) {
+            columnStage(rows, dst.row(y), width);
+        } else {
+            columnStage(rows, narrow, block);
+            std::memcpy(dst.row(y), narrow, sizeof(Dst) * std::size_t(width));
+        }
     }
 }
 

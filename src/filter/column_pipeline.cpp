@@ -41,7 +41,7 @@ struct ColumnCall {
     [[gnu::noinline]] void filterRows(Band band, const Sums& sums, Finish finish) const
     {
         for (int y = band.first; y < band.last; ++y)
-            filterLine(AcrossRows<S>{srcRows + y}, dst.row(y), elements(), false, sums, finish);
+            filterLine(AcrossRows<S, Sums::kTaps>(srcRows + y), dst.row(y), elements(), sums, finish);
     }
 
     template <class Finish>
@@ -59,7 +59,7 @@ template <class D>
 ZelStatus filterClipped(const ColumnCall<Zel16s, D, Zel16s>& call, int divisor)
 {
     if (auto status = call.check(divisor)) return status;
-    const Scaled<D> finish{1.0f / Zel32f(divisor)};
+    const Scaled<D> finish(1.0f / Zel32f(divisor));
     if (integerSumsAreExact(call.kernel, call.kernelSize)) {
         call.filterByIntegers(finish);
         return zelStatusOk;

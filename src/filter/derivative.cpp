@@ -1,6 +1,8 @@
 // Sobel and Scharr filters with border: a row stage and a column stage of 3 or 5 fixed taps each, on the engine of
 // border_filter.h. 8u16s and 8u8s go through 16-bit integers, which hold every sum; 32f is single precision in both stages.
 #include "border_filter.h"
+#include "map.h"
+#include "quotients.h"
 #include "wrapping.h"
 
 #include <algorithm>
@@ -21,7 +23,7 @@ struct Taps {
     static constexpr int kCount = sizeof...(taps);
     static constexpr int kSum = (taps + ...);
 
-    // at(i) is the neighbour under tap i.
+    // T is a vector; at(i) is the neighbours under tap i.
     template <class T, class At>
     static T sum(const At& at)
     {
@@ -35,7 +37,7 @@ private:
     static T weighted(T value)
     {
         constexpr int weight = kTaps[i] < 0 ? -kTaps[i] : kTaps[i];
-        return weight == 1 ? value : T(value * T(weight));
+        return weight == 1 ? value : value * splat(LaneOf<T>(weight));
     }
 
     // Pair i and all that follows it, behind `pairs`, the sum so far.
@@ -46,13 +48,13 @@ private:
         static_assert(left == right || left == -right);
         if constexpr (i == mirror) {
             if constexpr (left == 0) return (pairs + ...);
-            else if constexpr (left < 0) return T((pairs + ...) - weighted<T, i>(at(i)));
-            else return T((pairs + ...) + weighted<T, i>(at(i)));
+            else if constexpr (left < 0) return (pairs + ...) - weighted<T, i>(at(i));
+            else return (pairs + ...) + weighted<T, i>(at(i));
         } else if constexpr (left == 0) {
             return addPairs<T, i + 1>(at, pairs...);
         } else {
-            const T pair = left == right ? T(at(i) + at(mirror)) : left > 0 ? T(at(i) - at(mirror)) : T(at(mirror) - at(i));
-            return addPairs<T, i + 1>(at, T((pairs + ... + weighted<T, i>(pair))));
+            const T pair = left == right ? at(i) + at(mirror) : left > 0 ? at(i) - at(mirror) : at(mirror) - at(i);
+            return addPairs<T, i + 1>(at, (pairs + ... + weighted<T, i>(pair)));
         }
     }
 };
@@ -64,23 +66,38 @@ struct Negated {
     template <class T, class At>
     static T sum(const At& at)
     {
-        return T(T(0) - Positive::template sum<T>(at));
+        return T{} - Positive::template sum<T>(at);
     }
 };
 
-template <class Stage, class Src, class Mid>
-void rowStage(const Src* __restrict src, Mid* __restrict mid, int n)
+// The sums of a block; at(i) is the block under tap i.
+template <class Stage, class Mid, class At>
+ZELCV_INLINE inline FilterBlock<Mid> sumBlocks(const At& at)
 {
-    for (int x = 0; x < n; ++x) mid[x] = Stage::template sum<Mid>([pixel = src + x](int i) { return Mid(pixel[i]); });
+    FilterBlock<Mid> tap[Stage::kCount], sums;
+    for (int i = 0; i < Stage::kCount; ++i) tap[i] = at(i);
+    for (int p = 0; p < 2; ++p)
+        sums.part[p] = Stage::template sum<Vec<Mid>>([&](int i) ZELCV_INLINE { return tap[i].part[p]; });
+    return sums;
 }
 
-// `finish` makes an output element of a sum.
+template <class Stage, class Src, class Mid>
+[[gnu::noinline]] void rowStage(const Src* src, Mid* mid, int n)
+{
+    forRowBlocks(src, mid, n, [](const Src* from) ZELCV_INLINE {
+        return sumBlocks<Stage, Mid>([=](int i) ZELCV_INLINE { return As<Mid, Src>{from + i}.template block<kFilterBlock<Mid>>(0); });
+    });
+}
+
+// `finish` makes a block of the output of a block of sums.
 template <class Stage, class Mid, class Dst, class Finish>
-void columnStage(const Mid* const* rows, Dst* __restrict dst, int n, const Finish& finish)
+void columnStage(const Mid* const* rows, Dst* dst, int n, Finish finish)
 {
     std::array<const Mid*, Stage::kCount> row;
     std::copy_n(rows, Stage::kCount, row.begin());
-    for (int x = 0; x < n; ++x) dst[x] = finish(Stage::template sum<Mid>([&](int i) { return row[i][x]; }));
+    forColumnBlocks<Mid>(dst, n, [&](const auto& at) ZELCV_INLINE {
+        return finish(sumBlocks<Stage, Mid>([&](int i) ZELCV_INLINE { return at(row[i]); }));
+    });
 }
 
 // ---- families
@@ -148,21 +165,14 @@ struct To16s {
     static constexpr auto columnSize = zeliFilterColumnPipelineGetBufferSize_16s_C1R;
     template <class Family> static constexpr int kFixedBytes = Family::kFixedBytes8u16s;
 
-    Dst operator()(Mid sum) const { return sum; }
+    FilterBlock<Mid> operator()(const FilterBlock<Mid>& sums) const { return sums; }
 };
-struct To8s {
+template <class Quotients>
+struct To8s : Quotients {
     using Src = Zel8u; using Mid = Zel16s; using Dst = Zel8s;
     static constexpr auto rowSize = zeliFilterRowBorderPipelineGetBufferSize_8u16s_C1R;
     static constexpr auto columnSize = zeliFilterColumnPipelineGetBufferSize_16s8s_C1R;
     template <class Family> static constexpr int kFixedBytes = 336;
-
-    Zel32f reciprocal;
-    Dst operator()(Mid sum) const
-    {
-        // The limits are integers, so that cutting may come first; the quotient fits 16 bits, as the sum does.
-        const Mid quotient = Mid(int(Zel32f(sum) * reciprocal));
-        return Dst(std::min<Mid>(std::max<Mid>(quotient, -128), 127));
-    }
 };
 struct To32f {
     using Src = Zel32f; using Mid = Zel32f; using Dst = Zel32f;
@@ -170,7 +180,7 @@ struct To32f {
     static constexpr auto columnSize = zeliFilterColumnPipelineGetBufferSize_32f_C1R;
     template <class Family> static constexpr int kFixedBytes = 400;
 
-    Dst operator()(Mid sum) const { return sum; }
+    FilterBlock<Mid> operator()(const FilterBlock<Mid>& sums) const { return sums; }
 };
 
 // ---- drivers
@@ -270,7 +280,10 @@ ZelStatus filter8u8s(Plane<const Zel8u> src, Plane<Zel8s> dst, ZeliSize roi, Zel
 {
     if (auto status = checkPlanes(src, dst, roi, border, buffer)) return status;
     if (divisor == 0) return zelStatusBadArgument;
-    return filter<Family>(src, dst, roi, maskSize, border, value, To8s{1.0f / Zel32f(divisor)}, buffer);
+    const auto run = [&](auto quotients) {
+        return filter<Family>(src, dst, roi, maskSize, border, value, To8s<decltype(quotients)>{quotients}, buffer);
+    };
+    return QuotientsByProduct::isExact(divisor) ? run(QuotientsByProduct(divisor)) : run(QuotientsByFloat(divisor));
 }
 
 template <class Family>
@@ -319,7 +332,7 @@ ZelStatus genSobelKernel(T* dst, int kernelSize, int order, int sign)
                                    borderValue, buffer);                                                   \
     }
 #define SOBEL_8U8S(Family, sizeName, name)                                                                 \
-    SOBEL_SIZE(Family, To8s, sizeName)                                                                     \
+    SOBEL_SIZE(Family, To8s<QuotientsByFloat>, sizeName)                                                      \
     ZelStatus name(const Zel8u* src, int srcStep, Zel8s* dst, int dstStep, ZeliSize roiSize,               \
                    ZeliMaskSize maskSize, ZeliBorderType borderType, Zel8u borderValue, int divisor,       \
                    Zel8u* buffer)                                                                          \
@@ -349,7 +362,7 @@ ZelStatus genSobelKernel(T* dst, int kernelSize, int order, int sign)
                                    borderValue, buffer);                                                   \
     }
 #define SCHARR_8U8S(Family, sizeName, name)                                                                \
-    SCHARR_SIZE(Family, To8s, sizeName)                                                                    \
+    SCHARR_SIZE(Family, To8s<QuotientsByFloat>, sizeName)                                                      \
     ZelStatus name(const Zel8u* src, int srcStep, Zel8s* dst, int dstStep, ZeliSize roiSize,               \
                    ZeliBorderType borderType, Zel8u borderValue, int divisor, Zel8u* buffer)               \
     {                                                                                                      \

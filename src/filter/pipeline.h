@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <type_traits>
+#include <utility>
 
 namespace zelcv {
 
@@ -65,11 +66,26 @@ struct AlongRow {
     const T* tap(int j) const { return row + std::ptrdiff_t(Channels) * j; }
 };
 
-template <class T>
-struct AcrossRows {
+// N rows, or any number where that is 0.
+template <class T, int N>
+class AcrossRows {
+public:
     using Element = T;
-    const T* const* rows;
-    const T* tap(int j) const { return rows[j]; }
+    explicit AcrossRows(const T* const* rows) { std::copy_n(rows, N, rows_); } // where no store can change them
+    const T* tap(int j) const { return rows_[j]; }
+
+private:
+    const T* rows_[N];
+};
+template <class T>
+class AcrossRows<T, 0> {
+public:
+    using Element = T;
+    explicit AcrossRows(const T* const* rows) : rows_(rows) {}
+    const T* tap(int j) const { return rows_[j]; }
+
+private:
+    const T* const* rows_;
 };
 
 // Fewer than kBlock elements of a source, followed by zeros. What tap() returns holds until the next call but one.
@@ -90,12 +106,39 @@ private:
     Element copies_[2][kBlock] = {};
 };
 
+// The sizes of the taps added up, or any number above the limit.
+inline int weight(const Zel16s* kernel, int taps, int limit)
+{
+    int sum = 0;
+    for (int j = 0; j < taps && sum <= limit; ++j) sum += std::abs(int(kernel[j]));
+    return sum;
+}
+
+// What a kernel makes of its N taps, or of pairs of them. Copied one by one, so that a copy may live in registers.
+template <class V, int N>
+struct TapVectors {
+    V v[N];
+
+    TapVectors() = default;
+    ZELCV_INLINE TapVectors(const TapVectors& other)
+    {
+        [&]<int... j>(std::integer_sequence<int, j...>) ZELCV_INLINE {
+            ((v[j] = other.v[j]), ...);
+        }(std::make_integer_sequence<int, N>());
+    }
+    V& operator[](int j) { return v[j]; }
+    const V& operator[](int j) const { return v[j]; }
+};
+template <class V>
+struct TapVectors<V, 0> {};
+
 // ---- sums over taps. N is the number of taps where it is known to the compiler, or 0.
 
 // 32-bit integers that wrap, of two taps at a time.
 template <class S, int N>
 class IntegerSums {
 public:
+    static constexpr int kTaps = N;
     IntegerSums(const Zel16s* kernel, int taps) : kernel_(kernel), taps_(taps)
     {
         if constexpr (N > 0)
@@ -103,16 +146,16 @@ public:
     }
 
     template <class Source>
-    Block<Zel32u> operator()(Source& source, int i) const
+    ZELCV_INLINE Block<Zel32u> operator()(Source& source, std::ptrdiff_t i) const
     {
         const int taps = N > 0 ? N : taps_;
         Block<Zel32u> sums = {};
         for (int j = 0; j < taps - 1; j += 2)
             addPair(sums, [&](int at) { return load(source.tap(j) + i + at); },
-                    [&](int at) { return load(source.tap(j + 1) + i + at); }, N > 0 ? pairs_[j / 2] : loadPair(j));
+                    [&](int at) { return load(source.tap(j + 1) + i + at); }, pair(j));
         if (taps % 2 != 0)
             addPair(sums, [&](int at) { return load(source.tap(taps - 1) + i + at); }, [](int) { return Vec<S>{}; },
-                    N > 0 ? pairs_[taps / 2] : loadSingle(taps - 1));
+                    single(taps - 1));
         return sums;
     }
 
@@ -127,6 +170,16 @@ public:
     }
 
 private:
+    Vec<Zel16s> pair(int j) const
+    {
+        if constexpr (N > 0) return pairs_[j / 2];
+        else return loadPair(j);
+    }
+    Vec<Zel16s> single(int j) const
+    {
+        if constexpr (N > 0) return pairs_[j / 2];
+        else return loadSingle(j);
+    }
     Vec<Zel16s> loadPair(int j) const { return splatPair(kernel_ + j); }
     Vec<Zel16s> loadSingle(int j) const
     {
@@ -136,7 +189,7 @@ private:
     }
 
     template <class First, class Second>
-    static void addPair(Block<Zel32u>& sums, const First& first, const Second& second, Vec<Zel16s> taps)
+    ZELCV_INLINE static void addPair(Block<Zel32u>& sums, const First& first, const Second& second, Vec<Zel16s> taps)
     {
         if constexpr (sizeof(S) == 1) {
             const Vec<Zel8u> a = first(0), b = second(0), zero = {};
@@ -156,13 +209,61 @@ private:
 
     const Zel16s* kernel_;
     int taps_;
-    Vec<Zel16s> pairs_[N > 0 ? (N + 1) / 2 : 1];
+    TapVectors<Vec<Zel16s>, (N + 1) / 2> pairs_;
+};
+
+// 16-bit integers, of bytes under taps that no sum leaves them with.
+template <int N>
+class ShortSums {
+public:
+    static constexpr int kTaps = N;
+
+    ShortSums(const Zel16s* kernel, int taps) : kernel_(kernel), taps_(taps)
+    {
+        if constexpr (N > 0)
+            for (int j = 0; j < N; ++j) splats_[j] = loadTap(j);
+    }
+
+    static bool hold(const Zel16s* kernel, int taps) { return weight(kernel, taps, kLimit) <= kLimit; }
+
+    template <class Source>
+    ZELCV_INLINE Block<Zel16s> operator()(Source& source, std::ptrdiff_t i) const
+    {
+        const int taps = N > 0 ? N : taps_;
+        Block<Zel16s> sums = {};
+        for (int j = 0; j < taps; ++j) {
+            const auto pixels = loadWidened<Zel16s>(source.tap(j) + i);
+            const Vec<Zel16s> factor = tap(j);
+            for (int p = 0; p < 2; ++p) sums.part[p] += pixels.part[p] * factor;
+        }
+        return sums;
+    }
+
+private:
+    static constexpr int kLimit = 32767 / 255;
+
+    Vec<Zel16s> tap(int j) const
+    {
+        if constexpr (N > 0) return splats_[j];
+        else return loadTap(j);
+    }
+    Vec<Zel16s> loadTap(int j) const
+    {
+        Zel16s value;
+        std::memcpy(&value, kernel_ + j, sizeof value);
+        return splat(value);
+    }
+
+    const Zel16s* kernel_;
+    int taps_;
+    TapVectors<Vec<Zel16s>, N> splats_;
 };
 
 // Single precision, from 0 by rising tap.
 template <class S, int N>
 class FloatSums {
 public:
+    static constexpr int kTaps = N;
     // 16-bit elements enter as 65536 times their value; the taps of their kernel are to be smaller by this factor.
     static constexpr Zel32f kTapScale = std::is_same_v<S, Zel16s> ? 0x1p-16f : 1.0f;
 
@@ -173,13 +274,13 @@ public:
     }
 
     template <class Source>
-    Block<Zel32f> operator()(Source& source, int i) const
+    ZELCV_INLINE Block<Zel32f> operator()(Source& source, std::ptrdiff_t i) const
     {
         const int taps = N > 0 ? N : taps_;
         Block<Zel32f> sums = {};
         for (int j = 0; j < taps; ++j) {
             const S* from = source.tap(j) + i;
-            const Vec<Zel32f> factor = N > 0 ? splats_[j] : loadTap(j);
+            const Vec<Zel32f> factor = tap(j);
             if constexpr (std::is_same_v<S, Zel16s>) {
                 for (int h = 0; h < 2; ++h) {
                     const Vec<Zel16s> a = load(from + h * kLanes<Zel16s>), zero = {};
@@ -196,6 +297,11 @@ public:
     static void arrange(Vec<Zel16s>&, Vec<Zel16s>&) {}
 
 private:
+    Vec<Zel32f> tap(int j) const
+    {
+        if constexpr (N > 0) return splats_[j];
+        else return loadTap(j);
+    }
     Vec<Zel32f> loadTap(int j) const
     {
         Zel32f value;
@@ -205,16 +311,14 @@ private:
 
     const Zel32f* kernel_;
     int taps_;
-    Vec<Zel32f> splats_[N > 0 ? N : 1];
+    TapVectors<Vec<Zel32f>, N> splats_;
 };
 
 // Single-precision sums of 16-bit elements equal the integer sums while no partial sum can exceed 24 bits.
 inline bool integerSumsAreExact(const Zel16s* kernel, int taps)
 {
     constexpr int kLimit = (1 << 24) / 32768;
-    int weight = 0;
-    for (int j = 0; j < taps && weight <= kLimit; ++j) weight += std::abs(int(kernel[j]));
-    return weight <= kLimit;
+    return weight(kernel, taps, kLimit) <= kLimit;
 }
 
 // (float)tap * scale for FloatSums over 16-bit elements.
@@ -229,7 +333,7 @@ inline const Zel32f* floatTaps(const Zel16s* kernel, int taps, Zel32f scale, Car
 
 // Sums of four vectors, made 16 bits each by narrow(Vec) and the limits of Out.
 template <class Out, class Sums, class Accumulator, class Narrow>
-Block<Out> narrowSums(const Block<Accumulator>& sums, const Narrow& narrow)
+ZELCV_INLINE inline Block<Out> narrowSums(const Block<Accumulator>& sums, const Narrow& narrow)
 {
     Vec<Zel16s> a = narrowPairs<Zel16s>(narrow(sums.part[0]), narrow(sums.part[1]));
     Vec<Zel16s> b = narrowPairs<Zel16s>(narrow(sums.part[2]), narrow(sums.part[3]));
@@ -246,21 +350,48 @@ inline Vec<Zel32s> lowHalf(Vec<Zel32u> v) { return Vec<Zel32s>(v << 16) >> 16; }
 
 // trunc(clip(sum * factor)) to the range of Out.
 template <class D>
-struct Scaled {
+class Scaled {
+public:
     using Out = D;
-    Zel32f factor;
+    explicit Scaled(Zel32f factor) : factor_(factor), isOne_(factor == 1.0f), isMinusOne_(factor == -1.0f) {}
 
-    template <class Sums, class Accumulator>
-    Block<Out> finish(const Block<Accumulator>& sums) const
+    template <class Sums>
+    ZELCV_INLINE Block<Out> finish(const Block<Zel32u>& sums) const
     {
-        if constexpr (std::is_same_v<Accumulator, Zel32u>)
-            if (factor == 1.0f) // what rounding to 24 bits would change lies outside the range of Out
-                return narrowSums<Out, Sums>(sums, [](Vec<Zel32u> v) { return Vec<Zel32s>(v); });
-        return narrowSums<Out, Sums>(sums, [&](auto v) {
-            // Narrowing limits; only what truncation would send from far above to the minimum must be caught here.
-            return truncate(minimum(asFloat(v) * splat(factor), splat(32767.0f)));
-        });
+        if (isOne_) // what rounding to 24 bits would change lies outside the range of Out
+            return narrowSums<Out, Sums>(sums, [](Vec<Zel32u> v) { return Vec<Zel32s>(v); });
+        if (isMinusOne_) // the one that can make 2^31
+            return narrowSums<Out, Sums>(sums, [](Vec<Zel32u> v) { return truncate(limited(-asFloat(v))); });
+        return narrowSums<Out, Sums>(sums, [&](Vec<Zel32u> v) { return truncate(asFloat(v) * splat(factor_)); });
     }
+
+    template <class Sums>
+    ZELCV_INLINE Block<Out> finish(const Block<Zel32f>& sums) const
+    {
+        return narrowSums<Out, Sums>(sums, [&](Vec<Zel32f> v) { return truncate(limited(v * splat(factor_))); });
+    }
+
+    template <class Sums>
+    ZELCV_INLINE Block<Out> finish(const Block<Zel16s>& sums) const
+    {
+        if (isOne_) return sums;
+        Block<Out> quotients;
+        for (int p = 0; p < 2; ++p) {
+            const auto cut = [&](Vec<Zel16s> doubled) { // each number twice: 16 bits above and below
+                return truncate(toFloat(Vec<Zel32s>(doubled) >> 16) * splat(factor_));
+            };
+            const Vec<Zel16s> sum = sums.part[p];
+            quotients.part[p] = narrowPairs<Zel16s>(cut(interleaveLow(sum, sum)), cut(interleaveHigh(sum, sum)));
+        }
+        return quotients;
+    }
+
+private:
+    // Narrowing limits; only what truncation would send from far above to the minimum must be caught before.
+    static Vec<Zel32f> limited(Vec<Zel32f> v) { return minimum(v, splat(32767.0f)); }
+
+    Zel32f factor_;
+    bool isOne_, isMinusOne_;
 };
 
 // The low 16 bits of trunc((float)sum * factor). The factor is at most 1, so that only 2^31 itself can be out of range, and
@@ -270,7 +401,7 @@ struct LowScaled {
     Zel32f factor;
 
     template <class Sums>
-    Block<Out> finish(const Block<Zel32u>& sums) const
+    ZELCV_INLINE Block<Out> finish(const Block<Zel32u>& sums) const
     {
         return narrowSums<Out, Sums>(sums, [&](Vec<Zel32u> v) {
             return lowHalf(Vec<Zel32u>(truncate(asFloat(v) * splat(factor))));
@@ -284,7 +415,7 @@ struct FixedPoint {
     Zel32s factor;
 
     template <class Sums>
-    Block<Out> finish(const Block<Zel32u>& sums) const
+    ZELCV_INLINE Block<Out> finish(const Block<Zel32u>& sums) const
     {
         return narrowSums<Out, Sums>(sums, [&](Vec<Zel32u> v) {
             return Vec<Zel32s>((v * splat(Zel32u(factor))) << 2) >> 16;
@@ -296,7 +427,7 @@ struct AsIs {
     using Out = Zel32f;
 
     template <class Sums>
-    Block<Out> finish(const Block<Zel32f>& sums) const
+    ZELCV_INLINE Block<Out> finish(const Block<Zel32f>& sums) const
     {
         return sums;
     }
@@ -310,22 +441,26 @@ void storeBlock(T* dst, const Block<T>& block)
     for (int p = 0; p < int(sizeof(T)); ++p) store(dst + p * kLanes<T>, block.part[p]);
 }
 
-// dst may be one of the rows of the source: no element is read after it was written. `readable` tells that a whole block may
-// be read from every tap on also when count is less.
+// Fewer elements than a block, of a source from which a whole one may not be read.
 template <class Source, class Sums, class Finish>
-[[gnu::noinline]] void filterLine(Source source, typename Finish::Out* dst, int count, bool readable, const Sums& sharedSums,
-                                  Finish finish)
+[[gnu::noinline]] void filterShortLine(const Source& source, typename Finish::Out* dst, int count, const Sums& sums,
+                                       const Finish& finish)
 {
+    PaddedSource<Source> padded(source, count);
+    const auto block = finish.template finish<Sums>(sums(padded, 0));
+    std::memcpy(dst, &block, sizeof(*dst) * std::size_t(count));
+}
+
+// dst may be one of the rows of the source: no element is read after it was written.
+template <class Source, class Sums, class Finish>
+[[gnu::noinline]] void filterLine(Source source, typename Finish::Out* dst, int count, const Sums& sharedSums, Finish finish)
+{
+    if (count < kBlock) return filterShortLine(source, dst, count, sharedSums, finish);
     const Sums sums = sharedSums; // a copy that no store can change
-    if (count < kBlock) {
-        PaddedSource<Source> padded(source, count);
-        const auto block = finish.template finish<Sums>(readable ? sums(source, 0) : sums(padded, 0));
-        std::memcpy(dst, &block, sizeof(*dst) * std::size_t(count));
-        return;
-    }
-    const int last = count - kBlock;
-    const auto lastBlock = finish.template finish<Sums>(sums(source, last));
-    for (int i = 0; i < last; i += kBlock) storeBlock(dst + i, finish.template finish<Sums>(sums(source, i)));
+    const auto blockAt = [&](std::ptrdiff_t i) ZELCV_INLINE { return finish.template finish<Sums>(sums(source, i)); };
+    const std::ptrdiff_t last = count - kBlock;
+    const auto lastBlock = blockAt(last);
+    for (std::ptrdiff_t i = 0; i < last; i += kBlock) storeBlock(dst + i, blockAt(i));
     storeBlock(dst + last, lastBlock);
 }
 

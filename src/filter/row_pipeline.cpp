@@ -62,9 +62,13 @@ struct RowCall {
     [[gnu::noinline]] void filterRows(Band band, Carver scratch, const Sums& sums, Finish finish) const
     {
         ExtendedRow<S, Channels> extended(roi.width, kernelSize, xAnchor, borderType, borderValue, scratch, kBlock);
+        using Line = AlongRow<S, Channels>;
+        D narrow[kBlock]; // made from a copy, from which whole blocks may be read
         for (int y = band.first; y < band.last && dstRows[y]; ++y)
-            extended.apply(src.row(y), dstRows[y], [&](const S* from, D* to, int count) {
-                filterLine(AlongRow<S, Channels>{from}, to, count, extended.isCopy(from), sums, finish);
+            extended.apply(src.row(y), dstRows[y], [&](const S* from, D* to, int count) ZELCV_INLINE {
+                if (count >= kBlock || !extended.isCopy(from)) return filterLine(Line{from}, to, count, sums, finish);
+                filterLine(Line{from}, narrow, kBlock, sums, finish);
+                std::memcpy(to, narrow, sizeof(D) * std::size_t(count));
             });
     }
 
@@ -94,7 +98,13 @@ template <int Channels>
 ZelStatus filter_8u16s(const RowCall<Zel8u, Zel16s, Zel16s, Channels>& call, int divisor)
 {
     if (auto status = call.check(divisor)) return status;
-    return call.filterByIntegers(Gate::pipeline(), Scaled<Zel16s>{1.0f / Zel32f(divisor)});
+    const Scaled<Zel16s> finish{1.0f / Zel32f(divisor)};
+    if (!ShortSums<0>::hold(call.kernel, call.kernelSize)) return call.filterByIntegers(Gate::pipeline(), finish);
+    return call.filter(Gate::pipeline(), [&](Band band, Carver scratch) {
+        withTapCount(call.kernelSize, [&](auto taps) {
+            call.filterRows(band, scratch, ShortSums<taps>(call.kernel, call.kernelSize), finish);
+        });
+    });
 }
 
 template <int Channels>

@@ -39,6 +39,7 @@ template <class T>
 struct VecOf {
     typedef T type __attribute__((vector_size(kVectorBytes)));
     typedef T InMemory __attribute__((vector_size(kVectorBytes), aligned(1), may_alias));
+    typedef T Aligned __attribute__((vector_size(kVectorBytes), aligned(kVectorBytes), may_alias));
 };
 template <class T>
 using Vec = typename VecOf<T>::type;
@@ -52,6 +53,13 @@ template <class T>
 Vec<T> load(const T* from)
 {
     return *reinterpret_cast<const typename VecOf<T>::InMemory*>(from);
+}
+
+// From an address that is a multiple of kVectorBytes: SSE2 can take it as an operand, and then a load costs nothing.
+template <class T>
+Vec<T> loadAligned(const T* from)
+{
+    return *reinterpret_cast<const typename VecOf<T>::Aligned*>(from);
 }
 
 template <class T>
