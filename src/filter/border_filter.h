@@ -10,6 +10,8 @@
 #include "checks.h"
 #include "vector/vector.h"
 
+#include <algorithm>
+
 namespace zelcv {
 
 // A source region and what surrounds it. `border` is a kind, with flags for the sides where real pixels are.
@@ -80,14 +82,15 @@ ZELCV_INLINE inline std::ptrdiff_t forBlocks(std::ptrdiff_t last, const Make& ma
 }
 
 // mid[i] = block(src + i) for all i below n, block by block. Where n is no multiple of a block, the last one overlaps what is
-// before, which may lie in front of both.
-template <class Src, class Mid, class Block>
+// before; it lies in front of src and mid by a block less `reach` at the most.
+template <int reach, class Src, class Mid, class Block>
 ZELCV_INLINE inline void forRowBlocks(const Src* src, Mid* mid, int n, const Block& block)
 {
-    const std::ptrdiff_t last = n - kFilterBlock<Mid>;
+    constexpr int kBlock = kFilterBlock<Mid>;
+    const std::ptrdiff_t last = n - kBlock;
     const auto make = [&](std::ptrdiff_t i) ZELCV_INLINE { store(mid + i, block(src + i)); };
-    if (last <= 0) return make(last);
-    if (forBlocks<kFilterBlock<Mid>>(last, make) < n) make(last);
+    if (last <= 0) return make(std::max<std::ptrdiff_t>(last, reach - kBlock));
+    if (forBlocks<kBlock>(last, make) < n) make(last);
 }
 
 // A block of an intermediate row from element i on, which is aligned where i is a multiple of a block.
@@ -98,8 +101,8 @@ ZELCV_INLINE inline FilterBlock<Mid> ringBlock(const Mid* row, std::ptrdiff_t i)
     else return {load(row + i), load(row + i + kLanes<Mid>)};
 }
 
-// dst[i] = block(at) for all i below n, which is not less than a block; at(row) is the block from
-// element i on of an intermediate row.
+// dst[i] = block(at) for all i below n, which is a block or more; at(row) is the block from element i on of an intermediate
+// row.
 template <class Mid, class Dst, class Block>
 ZELCV_INLINE inline void forColumnBlocks(Dst* dst, int n, const Block& block)
 {
@@ -113,7 +116,8 @@ ZELCV_INLINE inline void forColumnBlocks(Dst* dst, int n, const Block& block)
 
 // Filters the rows of one band with `Taps` by `Taps` taps, Taps / 2 not above a block. rowStage(src, mid, n) makes mid[i] of
 // src[i] and the Taps - 1 pixels behind it, as forRowBlocks does; columnStage(rows, dst, n) makes dst[i] of element i of Taps
-// rows, as forColumnBlocks does. Intermediate rows are aligned, and as long as whole blocks. A row outside a constant border
+// rows, as forColumnBlocks does. Intermediate rows are aligned, and as long as whole blocks. What is added up besides real
+// pixels is zero or a stand-in, never what happens to lie in the scratch, which may be slow to add. A row outside a constant border
 // is filled with `constantRow`. Takes Taps + 2 rows of whole blocks from `scratch`, and a few hundred bytes.
 template <int Taps, class Mid, class Src, class Dst, class RowStage, class ColumnStage>
 void filterBand(const BorderedSource<Src>& source, Plane<Dst> dst, Band band, Mid constantRow, Carver scratch,

@@ -84,8 +84,10 @@ ZELCV_INLINE inline FilterBlock<Mid> sumBlocks(const At& at)
 template <class Stage, class Src, class Mid>
 [[gnu::noinline]] void rowStage(const Src* src, Mid* mid, int n)
 {
-    forRowBlocks(src, mid, n, [](const Src* from) ZELCV_INLINE {
-        return sumBlocks<Stage, Mid>([=](int i) ZELCV_INLINE { return As<Mid, Src>{from + i}.template block<kFilterBlock<Mid>>(0); });
+    forRowBlocks<Stage::kCount / 2>(src, mid, n, [](const Src* from) ZELCV_INLINE {
+        return sumBlocks<Stage, Mid>([=](int i) ZELCV_INLINE {
+            return As<Mid, Src>{from + i}.template block<kFilterBlock<Mid>>(0);
+        });
     });
 }
 

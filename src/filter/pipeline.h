@@ -5,6 +5,7 @@
 #pragma once
 
 #include "machine.h"
+#include "quotients.h"
 #include "scratch.h"
 #include "vector/vector.h"
 #include "wrapping.h"
@@ -375,15 +376,7 @@ public:
     ZELCV_INLINE Block<Out> finish(const Block<Zel16s>& sums) const
     {
         if (isOne_) return sums;
-        Block<Out> quotients;
-        for (int p = 0; p < 2; ++p) {
-            const auto cut = [&](Vec<Zel16s> doubled) { // each number twice: 16 bits above and below
-                return truncate(toFloat(Vec<Zel32s>(doubled) >> 16) * splat(factor_));
-            };
-            const Vec<Zel16s> sum = sums.part[p];
-            quotients.part[p] = narrowPairs<Zel16s>(cut(interleaveLow(sum, sum)), cut(interleaveHigh(sum, sum)));
-        }
-        return quotients;
+        return {{truncatedProducts(sums.part[0], factor_), truncatedProducts(sums.part[1], factor_)}};
     }
 
 private:

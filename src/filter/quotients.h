@@ -1,5 +1,7 @@
-// Quotients of 16-bit sums, limited to 8 bits: trunc(clip((float)sum * (1.0f / (float)divisor))) to -128..127, for sums of
-// less than 2^14 in size. There are two ways to the same numbers, and a way is a function of a block of sums.
+// Quotients of 16-bit sums.
+//
+// To 8 bits: trunc(clip((float)sum * (1.0f / (float)divisor))) to -128..127, for sums of less than 2^14 in size. There are two
+// ways to the same numbers; a way is a function of a block of sums.
 //
 // By a 16-bit product, for divisors of size d from 2 to 2^14: with 2^k < d <= 2^(k + 1) the multiplier is
 // m = floor(2^(15 + k) / d) + 1, which is less than 2^15 and exceeds 2^(15 + k) / d by c / d, 0 < c <= d. Then a * m / 2^(15 + k)
@@ -17,6 +19,15 @@
 #include <cstdlib>
 
 namespace zelcv {
+
+// trunc((float)number * factor), limited to 16 bits, where it does not leave 32.
+inline Vec<Zel16s> truncatedProducts(Vec<Zel16s> numbers, Zel32f factor)
+{
+    const auto cut = [&](Vec<Zel16s> doubled) { // each number twice: 16 bits above and below
+        return truncate(toFloat(Vec<Zel32s>(doubled) >> 16) * splat(factor));
+    };
+    return narrowPairs<Zel16s>(cut(interleaveLow(numbers, numbers)), cut(interleaveHigh(numbers, numbers)));
+}
 
 struct QuotientsByProduct {
     Zel16s multiplier = 0;
@@ -54,13 +65,8 @@ struct QuotientsByFloat {
 
     Vec<Zel8s> operator()(const Group<Vec<Zel16s>, 2>& sums) const
     {
-        // The limits are integers, so that cutting may come first; the quotient fits 16 bits, as the sum does.
-        const auto cut = [&](Vec<Zel16s> doubled) { // each number twice: 16 bits above and below
-            return truncate(toFloat(Vec<Zel32s>(doubled) >> 16) * splat(reciprocal));
-        };
-        const auto quotients = forParts([&](Vec<Zel16s> sum) {
-            return narrowPairs<Zel16s>(cut(interleaveLow(sum, sum)), cut(interleaveHigh(sum, sum)));
-        }, sums);
+        // The limits are integers, so that cutting may come first.
+        const auto quotients = forParts([&](Vec<Zel16s> sum) { return truncatedProducts(sum, reciprocal); }, sums);
         return narrowInOrder<Zel8s>(quotients.part[0], quotients.part[1]);
     }
 };

@@ -72,25 +72,31 @@ struct RowCall {
             });
     }
 
-    template <class Finish>
-    ZelStatus filterByIntegers(Gate gate, Finish finish) const
+    // Runs filterRows with the sums that makeSums(tap count, scratch) makes.
+    template <class MakeSums, class Finish>
+    ZelStatus filterBySums(Gate gate, const MakeSums& makeSums, Finish finish) const
     {
         return filter(gate, [&](Band band, Carver scratch) {
             withTapCount(kernelSize, [&](auto taps) {
-                filterRows(band, scratch, IntegerSums<S, taps>(kernel, kernelSize), finish);
+                Carver rest = scratch;
+                const auto sums = makeSums(taps, rest);
+                filterRows(band, rest, sums, finish);
             });
         });
+    }
+
+    template <class Finish>
+    ZelStatus filterByIntegers(Gate gate, Finish finish) const
+    {
+        return filterBySums(gate, [&](auto taps, Carver&) { return IntegerSums<S, taps>(kernel, kernelSize); }, finish);
     }
 
     // The single-precision sum of taps that are multiplied by `tapScale` before, and the clipped sum by `factor` after.
     ZelStatus filterByFloats(Gate gate, Zel32f tapScale, Zel32f factor) const
     {
-        return filter(gate, [&](Band band, Carver scratch) {
-            const Zel32f* values = floatTaps(kernel, kernelSize, tapScale, scratch);
-            withTapCount(kernelSize, [&](auto taps) {
-                filterRows(band, scratch, FloatSums<S, taps>(values, kernelSize), Scaled<D>{factor});
-            });
-        });
+        return filterBySums(gate, [&](auto taps, Carver& scratch) {
+            return FloatSums<S, taps>(floatTaps(kernel, kernelSize, tapScale, scratch), kernelSize);
+        }, Scaled<D>(factor));
     }
 };
 
@@ -98,13 +104,11 @@ template <int Channels>
 ZelStatus filter_8u16s(const RowCall<Zel8u, Zel16s, Zel16s, Channels>& call, int divisor)
 {
     if (auto status = call.check(divisor)) return status;
-    const Scaled<Zel16s> finish{1.0f / Zel32f(divisor)};
+    const Scaled<Zel16s> finish(1.0f / Zel32f(divisor));
     if (!ShortSums<0>::hold(call.kernel, call.kernelSize)) return call.filterByIntegers(Gate::pipeline(), finish);
-    return call.filter(Gate::pipeline(), [&](Band band, Carver scratch) {
-        withTapCount(call.kernelSize, [&](auto taps) {
-            call.filterRows(band, scratch, ShortSums<taps>(call.kernel, call.kernelSize), finish);
-        });
-    });
+    return call.filterBySums(Gate::pipeline(), [&](auto taps, Carver&) {
+        return ShortSums<taps>(call.kernel, call.kernelSize);
+    }, finish);
 }
 
 template <int Channels>
@@ -117,7 +121,7 @@ ZelStatus filter_16s(const RowCall<Zel16s, Zel16s, Zel16s, Channels>& call, int 
     const Gate gate = Channels == 1 && taps <= 3 ? Gate::serial() : Gate::pipeline();
     const Zel32f recip = 1.0f / Zel32f(divisor);
     if (integer || (integerSumsAreExact(call.kernel, taps) && (scalesSum || exactTaps)))
-        return call.filterByIntegers(gate, Scaled<Zel16s>{recip});
+        return call.filterByIntegers(gate, Scaled<Zel16s>(recip));
     return scalesSum ? call.filterByFloats(gate, 1.0f, recip) : call.filterByFloats(gate, recip, 1.0f);
 }
 
@@ -135,11 +139,9 @@ ZelStatus filter_32f(const RowCall<Zel32f, Zel32f, Zel32f, Channels>& call)
 {
     if (auto status = call.check(1)) return status;
     const Gate gate = Channels == 1 ? Gate::pipeline(call.kernelSize) : Gate::pipeline();
-    return call.filter(gate, [&](Band band, Carver scratch) {
-        withTapCount(call.kernelSize, [&](auto taps) {
-            call.filterRows(band, scratch, FloatSums<Zel32f, taps>(call.kernel, call.kernelSize), AsIs{});
-        });
-    });
+    return call.filterBySums(gate, [&](auto taps, Carver&) {
+        return FloatSums<Zel32f, taps>(call.kernel, call.kernelSize);
+    }, AsIs{});
 }
 
 } // namespace

@@ -53,8 +53,7 @@ public:
                              int block)
         : elements_(Channels * width), left_(Channels * anchor), right_(Channels * (taps - 1 - anchor)),
           first_(wholeBlocks(left_, block)), last_(wholeBlocks(right_, block)),
-          wide_(elements_ >= std::max(first_ + right_, last_ + left_) &&
-                (elements_ <= first_ + last_ || elements_ - last_ - left_ >= block)) // the middle may begin a block before its end
+          wide_(elements_ >= std::max(first_ + right_, last_ + left_))
     {
         const int leftPixels = anchor, rightPixels = taps - 1 - anchor;
         source_ = scratch.take<int>(leftPixels + rightPixels);
