@@ -116,9 +116,11 @@ ZELCV_INLINE inline void forColumnBlocks(Dst* dst, int n, const Block& block)
 
 // Filters the rows of one band with `Taps` by `Taps` taps, Taps / 2 not above a block. rowStage(src, mid, n) makes mid[i] of
 // src[i] and the Taps - 1 pixels behind it, as forRowBlocks does; columnStage(rows, dst, n) makes dst[i] of element i of Taps
-// rows, as forColumnBlocks does. Intermediate rows are aligned, and as long as whole blocks. What is added up besides real
-// pixels is zero or a stand-in, never what happens to lie in the scratch, which may be slow to add. A row outside a constant border
-// is filled with `constantRow`. Takes Taps + 2 rows of whole blocks from `scratch`, and a few hundred bytes.
+// rows, as forColumnBlocks does. A row outside a constant border is filled with `constantRow`.
+//
+// Intermediate rows are aligned, and as long as whole blocks. What stages read besides real pixels is zero or a stand-in, and
+// not what happens to lie in the scratch, which may be slow to add. Takes Taps + 2 rows of whole blocks from `scratch`, and a
+// few hundred bytes.
 template <int Taps, class Mid, class Src, class Dst, class RowStage, class ColumnStage>
 void filterBand(const BorderedSource<Src>& source, Plane<Dst> dst, Band band, Mid constantRow, Carver scratch,
                 const RowStage& rowStage, const ColumnStage& columnStage)
@@ -145,8 +147,8 @@ void filterBand(const BorderedSource<Src>& source, Plane<Dst> dst, Band band, Mi
         } else {
             Mid* const row = ring + std::ptrdiff_t(rowLength) * slot;
             slot = slot == Taps - 1 ? 0 : slot + 1;
-            extended.apply(source.plane.row(standIn), row, [&](const Src* from, Mid* to, int n) ZELCV_INLINE {
-                rowStage(from, to, extended.isCopy(from) ? wholeBlocks(n, block) : n);
+            extended.apply(source.plane.row(standIn), row, [&](const Src* from, Mid* to, int n, bool isCopy) ZELCV_INLINE {
+                rowStage(from, to, isCopy ? wholeBlocks(n, block) : n);
             });
             rows[Taps - 1] = row;
         }

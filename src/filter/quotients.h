@@ -1,16 +1,16 @@
 // Quotients of 16-bit sums.
 //
-// To 8 bits: trunc(clip((float)sum * (1.0f / (float)divisor))) to -128..127, for sums of less than 2^14 in size. There are two
-// ways to the same numbers; a way is a function of a block of sums.
+// To 8 bits: trunc(clip((float)sum * (1.0f / (float)divisor))) to -128..127, for sums of less than 2^14 in size. There are
+// two ways to the same numbers; a way is a function of a block of sums.
 //
-// By a 16-bit product, for divisors of size d from 2 to 2^14: with 2^k < d <= 2^(k + 1) the multiplier is
-// m = floor(2^(15 + k) / d) + 1, which is less than 2^15 and exceeds 2^(15 + k) / d by c / d, 0 < c <= d. Then a * m / 2^(15 + k)
-// exceeds a / d by less than 1 / d for all a below 2^14, and is not an integer unless a is 0. Its floor is that of a / d, and
-// the floor of its negative is one less than what is cut toward zero. Quotients from 128 on may come out differently, and are
-// limited.
+// By a 16-bit product, for divisors of size d from 2 to 2^14: with 2^k < d <= 2^(k + 1) and s = 15 + k the multiplier is
+// m = floor(2^s / d) + 1, which is less than 2^15 and exceeds 2^s / d by c / d, 0 < c <= d. Then a * m / 2^s exceeds a / d by
+// less than 1 / d for all a below 2^14, and is not an integer unless a is 0. Its floor is that of a / d, and the floor of its
+// negative is one less than what is cut toward zero.
 //
 // The single-precision quotient differs from this where a multiple of the divisor comes out below the integer that it is. The
-// error of the reciprocal decides: up to 2^-25 in size, products with integers up to 128 round back to them.
+// error of the reciprocal decides: up to 2^-25 in size, products with integers up to 128 round back to them; quotients beyond
+// are limited.
 #pragma once
 
 #include "vector/vector.h"

@@ -65,8 +65,8 @@ struct RowCall {
         using Line = AlongRow<S, Channels>;
         D narrow[kBlock]; // made from a copy, from which whole blocks may be read
         for (int y = band.first; y < band.last && dstRows[y]; ++y)
-            extended.apply(src.row(y), dstRows[y], [&](const S* from, D* to, int count) ZELCV_INLINE {
-                if (count >= kBlock || !extended.isCopy(from)) return filterLine(Line{from}, to, count, sums, finish);
+            extended.apply(src.row(y), dstRows[y], [&](const S* from, D* to, int count, bool isCopy) ZELCV_INLINE {
+                if (count >= kBlock || !isCopy) return filterLine(Line{from}, to, count, sums, finish);
                 filterLine(Line{from}, narrow, kBlock, sums, finish);
                 std::memcpy(to, narrow, sizeof(D) * std::size_t(count));
             });

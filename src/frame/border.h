@@ -78,8 +78,8 @@ public:
         });
     }
 
-    // Calls filter(src, dst, count) for the stretches of one row: dst[i] is to be made of src[i] and the taps - 1 pixels
-    // behind it. From a copy whole blocks may be read, also where the last one is longer than the row.
+    // Calls filter(src, dst, count, isCopy) for the stretches of one row: dst[i] is to be made of src[i] and the taps - 1
+    // pixels behind it. From a copy whole blocks may be read, also where the last one is longer than the row.
     template <class Out, class Filter>
     ZELCV_INLINE void apply(const T* row, Out* dst, const Filter& filter) const
     {
@@ -88,20 +88,17 @@ public:
         });
         if (!wide_) {
             std::memcpy(head_ + left_, row, sizeof(T) * std::size_t(elements_));
-            filter(head_, dst, elements_);
+            filter(head_, dst, elements_, true);
             return;
         }
         if (left_ > 0) copyVectors(head_ + left_, row, first_ + right_);
         if (right_ > 0) copyVectors(tail_, row + (elements_ - last_ - left_), left_ + last_);
         // The middle first: a load from a copy waits for the stores that made it.
         const int inner = elements_ - first_ - last_;
-        if (inner > 0) filter(row + (first_ - left_), dst + first_, inner);
-        if (left_ > 0) filter(head_, dst, first_);
-        if (right_ > 0) filter(tail_, dst + (elements_ - last_), last_);
+        if (inner > 0) filter(row + (first_ - left_), dst + first_, inner, false);
+        if (left_ > 0) filter(head_, dst, first_, true);
+        if (right_ > 0) filter(tail_, dst + (elements_ - last_), last_, true);
     }
-
-    // Whether a stretch reads one of the copies and not the row itself.
-    bool isCopy(const T* src) const { return src == head_ || src == tail_; }
 
 private:
     static void copyPixel(T* dst, const T* src)

@@ -3,6 +3,7 @@
 #include "support/calls.h"
 
 #include <algorithm>
+#include <cfenv>
 #include <cmath>
 
 using namespace zeltest;
@@ -63,12 +64,18 @@ typename M::D define(const std::vector<typename M::Tap>& kernel, int divisor, co
     return typename M::D(std::int32_t(wrapping * std::uint32_t(m)) >> 14);
 }
 
-// Small taps as filters have them, any taps, and taps that make sums wrap and clip.
+// Small taps as filters have them, any taps, taps that make sums wrap and clip, and taps that add up to a limit or to one more:
+// the sums of bytes that fit 16 bits, and those of 16 bits that fit a single-precision number.
 template <class Tap>
 std::vector<Tap> randomKernel(Random& random, int size)
 {
-    const int kind = random.between(0, 2);
-    std::vector<Tap> kernel(size);
+    const int kind = random.between(0, 3);
+    std::vector<Tap> kernel(size, 1);
+    if (kind == 3) {
+        const int limits[] = {128, 129, 512, 513};
+        kernel[random.between(0, size - 1)] = Tap(limits[random.between(0, 3)] - (size - 1));
+        return kernel;
+    }
     for (Tap& tap : kernel)
         tap = kind == 0 ? Tap(random.between(-20, 60)) : kind == 1 ? Tap(random.between(-30000, 30000)) / Tap(16)
                         : Tap(random.between(0, 2) ? -32768 : 32767);
@@ -239,6 +246,23 @@ TYPED_TEST(ColumnPipeline, RoundsSumsAbove24Bits)
         });
         c.dst.expect([](int, int) { return M::kArithmetic == Arithmetic::LowColumn ? 64 : 63; }, "sums above 24 bits");
     }
+}
+
+// Numbers left in the scratch may be slow to add: not even sums that nobody sees are to be made of them. Signalling ones tell.
+TEST(RowPipelineOfFloats, AddsNothingThatTheScratchHeld)
+{
+    Random random(6);
+    for (int kernelSize : {3, 4, 9})
+        for (int width : {1, 5, 20, 100}) {
+            using M = ROW(Zel32f, Zel32f, 1, A::Float, 32f_C1R);
+            Case<M> c(random, {width, 2}, kernelSize);
+            std::vector<Zel32u> scratch(std::size_t(M::bufferBytes(c.roi, kernelSize)) / 4 + 1, 0x7fa00000);
+            c.scratch = reinterpret_cast<Zel8u*>(scratch.data());
+            c.src.fill([&](int, int) { return Zel32f(random.between(-99, 99)); }); // no infinities
+            std::feclearexcept(FE_ALL_EXCEPT);
+            ASSERT_EQ(zelStatusOk, c.run());
+            EXPECT_FALSE(std::fetestexcept(FE_INVALID)) << kernelSize << " taps, width " << width;
+        }
 }
 
 // The serial result, which the tests above check, for a region above the gate of 8 threads.
