@@ -25,6 +25,7 @@
 #include "zelcv/features.h" /* Canny edges */
 #include "zelcv/filter.h"   /* row and column pipelines, derivatives */
 #include "zelcv/integral.h" /* integral images, deviations in rectangles, Haar classifiers */
+#include "zelcv/morph.h"    /* dilation, erosion and their like, reconstruction */
 #include "zelcv/stats.h"    /* means, norms, minimum and maximum */
 
 #endif

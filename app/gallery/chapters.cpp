@@ -17,8 +17,8 @@ Chapter pictureChapter(const Source& source)
 
 std::vector<Chapter> planChapters(const Source& source)
 {
-    return {pictureChapter(source),  arithChapter(source),  statsChapter(source),
-            integralChapter(source), filterChapter(source), featuresChapter(source)};
+    return {pictureChapter(source), arithChapter(source), statsChapter(source),   integralChapter(source),
+            filterChapter(source),  morphChapter(source), featuresChapter(source)};
 }
 
 } // namespace app

@@ -17,6 +17,7 @@ Chapter arithChapter(const Source& source);
 Chapter statsChapter(const Source& source);
 Chapter integralChapter(const Source& source);
 Chapter filterChapter(const Source& source);
+Chapter morphChapter(const Source& source);
 Chapter featuresChapter(const Source& source);
 
 // Sections of them that stand in files of their own.

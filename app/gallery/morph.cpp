@@ -1,0 +1,8 @@
+// Morphology in the gallery.
+#include "gallery/chapters.h"
+
+namespace app {
+
+Chapter morphChapter(const Source&) { return {"morphology", "Morphology", {}}; }
+
+} // namespace app
