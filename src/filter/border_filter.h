@@ -11,6 +11,7 @@
 #include "vector/vector.h"
 
 #include <algorithm>
+#include <array>
 
 namespace zelcv {
 
@@ -81,16 +82,14 @@ ZELCV_INLINE inline std::ptrdiff_t forBlocks(std::ptrdiff_t last, const Make& ma
     return i;
 }
 
-// mid[i] = block(src + i) for all i below n, block by block. Where n is no multiple of a block, the last one overlaps what is
-// before; it lies in front of src and mid by a block less `reach` at the most.
-template <int reach, class Src, class Mid, class Block>
-ZELCV_INLINE inline void forRowBlocks(const Src* src, Mid* mid, int n, const Block& block)
+// Calls make(i) for blocks that cover the n elements of a stretch. Where n is no multiple of a block, the last one overlaps
+// what is before; it lies in front of the stretch by a block less `reach` at the most.
+template <int block, int reach, class Make>
+ZELCV_INLINE inline void forRowBlocks(int n, const Make& make)
 {
-    constexpr int kBlock = kFilterBlock<Mid>;
-    const std::ptrdiff_t last = n - kBlock;
-    const auto make = [&](std::ptrdiff_t i) ZELCV_INLINE { store(mid + i, block(src + i)); };
-    if (last <= 0) return make(std::max<std::ptrdiff_t>(last, reach - kBlock));
-    if (forBlocks<kBlock>(last, make) < n) make(last);
+    const std::ptrdiff_t last = n - block;
+    if (last <= 0) return make(std::max<std::ptrdiff_t>(last, reach - block));
+    if (forBlocks<block>(last, make) < n) make(last);
 }
 
 // A block of an intermediate row from element i on, which is aligned where i is a multiple of a block.
@@ -114,49 +113,52 @@ ZELCV_INLINE inline void forColumnBlocks(Dst* dst, int n, const Block& block)
     if (forBlocks<kFilterBlock<Mid>>(last, make) < n) store(dst + last, blockAt(last, std::false_type()));
 }
 
-// Filters the rows of one band with `Taps` by `Taps` taps, Taps / 2 not above a block. rowStage(src, mid, n) makes mid[i] of
-// src[i] and the Taps - 1 pixels behind it, as forRowBlocks does; columnStage(rows, dst, n) makes dst[i] of element i of Taps
-// rows, as forColumnBlocks does. A row outside a constant border is filled with `constantRow`.
+// Filters the rows of one band with `taps` by `taps` taps, a number that the compiler may know. The row stage makes one
+// plane or several of each intermediate row, `apart` elements from one to the next: rowStage(src, mid, n, apart) makes
+// mid[i], and mid[i + apart] and so on, of src[i] and the taps - 1 pixels behind it. columnStage(rows, dst, n, apart) makes
+// dst[i] of element i of `taps` rows. Both work block by block, as forRowBlocks and forColumnBlocks do. A row outside a
+// constant border is filled with `constants`, one for each plane.
 //
 // Intermediate rows are aligned, and as long as whole blocks. What stages read besides real pixels is zero or a stand-in, and
-// not what happens to lie in the scratch, which may be slow to add. Takes Taps + 2 rows of whole blocks from `scratch`, and a
-// few hundred bytes.
-template <int Taps, class Mid, class Src, class Dst, class RowStage, class ColumnStage>
-void filterBand(const BorderedSource<Src>& source, Plane<Dst> dst, Band band, Mid constantRow, Carver scratch,
-                const RowStage& rowStage, const ColumnStage& columnStage)
+// not what happens to lie in the scratch, which may be slow to add. Takes taps + 1 rows of whole blocks for each plane from
+// `scratch`, taps pointers, a block, and what ExtendedRow takes.
+template <int block, class Count, class Mid, std::size_t planes, class Src, class Dst, class RowStage, class ColumnStage>
+void filterBand(Count taps, const BorderedSource<Src>& source, Plane<Dst> dst, Band band,
+                const std::array<Mid, planes>& constants, Carver scratch, const RowStage& rowStage,
+                const ColumnStage& columnStage)
 {
-    constexpr int reach = Taps / 2;
     constexpr int cacheLine = 64;
-    constexpr int block = kFilterBlock<Mid>;
-    static_assert(reach <= block);
-    const int width = source.size.width, rowLength = wholeBlocks(width, block);
-    Mid* const ring = scratch.take<Mid>(std::int64_t(rowLength) * Taps, cacheLine);
+    const int reach = taps / 2, width = source.size.width, apart = wholeBlocks(width, block);
+    const std::ptrdiff_t rowLength = std::ptrdiff_t(apart) * int(planes);
+    Mid* const ring = scratch.take<Mid>(rowLength * taps, cacheLine);
     Mid* const constant = scratch.take<Mid>(rowLength, cacheLine);
     Dst* const narrow = scratch.take<Dst>(block); // a row that is narrower than a block is made here
-    ExtendedRow<Src, 1> extended(width, Taps, reach, source.border, &source.value, scratch, block);
-    std::fill_n(constant, rowLength, constantRow);
+    const Mid** const rows = scratch.take<const Mid*>(taps); // rows[i] stands for row y - reach + i
+    ExtendedRow<Src, 1> extended(width, taps, reach, source.border, &source.value, scratch, block);
+    for (std::size_t plane = 0; plane < planes; ++plane)
+        std::fill_n(constant + std::ptrdiff_t(plane) * apart, apart, constants[plane]);
+    std::fill_n(rows, int(taps), nullptr);
 
-    const Mid* rows[Taps] = {}; // rows[i] stands for row y - reach + i
     int slot = 0;
     for (int y = band.first - 2 * reach; y < band.last; ++y) {
-        for (int i = 0; i < Taps - 1; ++i) rows[i] = rows[i + 1];
+        for (int i = 0; i < taps - 1; ++i) rows[i] = rows[i + 1];
         const int next = y + reach;
         const int standIn = next >= 0 && next < source.size.height ? next : source.standInRow(next);
         if (standIn == kConstantPixel) {
-            rows[Taps - 1] = constant;
+            rows[taps - 1] = constant;
         } else {
-            Mid* const row = ring + std::ptrdiff_t(rowLength) * slot;
-            slot = slot == Taps - 1 ? 0 : slot + 1;
+            Mid* const row = ring + rowLength * slot;
+            slot = slot == taps - 1 ? 0 : slot + 1;
             extended.apply(source.plane.row(standIn), row, [&](const Src* from, Mid* to, int n, bool isCopy) ZELCV_INLINE {
-                rowStage(from, to, isCopy ? wholeBlocks(n, block) : n);
+                rowStage(from, to, isCopy ? wholeBlocks(n, block) : n, apart);
             });
-            rows[Taps - 1] = row;
+            rows[taps - 1] = row;
         }
         if (y < band.first) continue;
         if (width >= block) {
-            columnStage(rows, dst.row(y), width);
+            columnStage(rows, dst.row(y), width, apart);
         } else {
-            columnStage(rows, narrow, block);
+            columnStage(rows, narrow, block, apart);
             std::memcpy(dst.row(y), narrow, sizeof(Dst) * std::size_t(width));
         }
     }
