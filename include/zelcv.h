@@ -22,8 +22,8 @@
 #include "zelcv/types.h" /* records, enumerations, states, the version */
 
 #include "zelcv/arith.h"    /* absolute difference, accumulators */
-#include "zelcv/features.h" /* Canny edges */
-#include "zelcv/filter.h"   /* row and column pipelines, derivatives */
+#include "zelcv/features.h" /* Canny edges, corner measures */
+#include "zelcv/filter.h"   /* row and column pipelines, derivatives, smoothing */
 #include "zelcv/integral.h" /* integral images, deviations in rectangles, Haar classifiers */
 #include "zelcv/morph.h"    /* dilation, erosion and their like, reconstruction */
 #include "zelcv/stats.h"    /* means, norms, minimum and maximum */

@@ -1,4 +1,4 @@
-/* zelcv, features: Canny edges.
+/* zelcv, features: Canny edges, corner measures.
  * The conventions of all functions stand in zelcv.h. */
 #ifndef ZELCV_FEATURES_H
 #define ZELCV_FEATURES_H
@@ -38,6 +38,71 @@ ZELCV_API ZelStatus zeliCanny_16s8u_C1R(const Zel16s* srcDx, int srcDxStep, cons
 /* Edges from 32f derivatives. */
 ZELCV_API ZelStatus zeliCanny_32f8u_C1R(const Zel32f* srcDx, int srcDxStep, const Zel32f* srcDy, int srcDyStep,
         Zel8u* dst, int dstStep, ZeliSize roiSize, Zel32f lowThreshold, Zel32f highThreshold, Zel8u* buffer);
+
+/* ==== Corner measures ============================================================================================
+ *
+ * The structure tensor of each pixel, [a c; c b]: the averages of dx * dx, dy * dy and dx * dy over avgWindow by avgWindow
+ * pixels, in single precision. dx and dy come from the Sobel or Scharr filters (zeliFilter...VertBorder and
+ * zeliFilter...HorizBorder), the averages from zeliFilterLowpassBorder_32f_C1R, both with zeliBorderReplicate. Where both
+ * eigenvalues are large there is a corner, where one is an edge.
+ *
+ * The scale s is 1 / 4080 for apertureSize 3 and 1 / 65280 for 5, times 0.6125 with Scharr filters; it is the same for 8u and
+ * 32f sources.
+ *   MinEigenVal     the smaller eigenvalue times s: ((a + b) - sqrt(4 * c * c + (a - b) * (a - b))) * (0.5 * s), the root
+ *                   and the difference in double precision
+ *   EigenValsVecs   six numbers a pixel, of a, b and c times s, in single precision: the larger eigenvalue l1, the smaller
+ *                   one l2, x and y of the first eigenvector, x and y of the second. With t = 0.01 * max(a, b): where t
+ *                   exceeds min(a, b) or a * b - c * c, all six are 0; otherwise where t exceeds |c|, the vectors are 1, 0
+ *                   and 0, 1; otherwise vector i is (c, li - a), divided by its length, which counts as 1.1920929e-7 at the
+ *                   least. With Sobel filters, whose dx grows to the left, c counts negative here
+ *
+ *   src, srcStep    source plane, bytes from row to row
+ *   dst, dstStep    destination plane. For EigenValsVecs rows of 6 * roiSize.width numbers; the caller sees to it that
+ *                   dstStep has room for them, since only 4 * roiSize.width bytes are checked
+ *   roiSize         region in pixels
+ *   kernelKind      0 Sobel, 1 Scharr
+ *   apertureSize    size of the derivative filters: 3, with Sobel also 5
+ *   avgWindow       size of the averages: 3 or 5
+ *   buffer          as many bytes as the GetBufferSize function of the same family and type says
+ * Errors, in this order: null src, dst or buffer -8; width or height below 1 -6; a step below one element a pixel -14; a step
+ * not a multiple of 4 -108 (8u: dstStep only); kernelKind -5; apertureSize, then avgWindow -6.
+ * GetBufferSize: null bufferSize -8; width or height below 1, apertureSize or avgWindow other than 3 and 5 -6.
+ *
+ * The filters run on several threads where the region is large. A buffer must be sized and used under the same thread
+ * setting; one buffer serves one call at a time.
+ */
+
+/* Bytes of scratch for zeliMinEigenVal_8u32f_C1R. */
+ZELCV_API ZelStatus zeliMinEigenValGetBufferSize_8u32f_C1R(ZeliSize roiSize, int apertureSize, int avgWindow,
+        int* bufferSize);
+
+/* Bytes of scratch for zeliMinEigenVal_32f_C1R. */
+ZELCV_API ZelStatus zeliMinEigenValGetBufferSize_32f_C1R(ZeliSize roiSize, int apertureSize, int avgWindow,
+        int* bufferSize);
+
+/* Smaller eigenvalue, 8u to 32f. */
+ZELCV_API ZelStatus zeliMinEigenVal_8u32f_C1R(const Zel8u* src, int srcStep, Zel32f* dst, int dstStep, ZeliSize roiSize,
+        int kernelKind, int apertureSize, int avgWindow, Zel8u* buffer);
+
+/* Smaller eigenvalue, 32f. */
+ZELCV_API ZelStatus zeliMinEigenVal_32f_C1R(const Zel32f* src, int srcStep, Zel32f* dst, int dstStep, ZeliSize roiSize,
+        int kernelKind, int apertureSize, int avgWindow, Zel8u* buffer);
+
+/* Bytes of scratch for zeliEigenValsVecs_8u32f_C1R. */
+ZELCV_API ZelStatus zeliEigenValsVecsGetBufferSize_8u32f_C1R(ZeliSize roiSize, int apertureSize, int avgWindow,
+        int* bufferSize);
+
+/* Bytes of scratch for zeliEigenValsVecs_32f_C1R. */
+ZELCV_API ZelStatus zeliEigenValsVecsGetBufferSize_32f_C1R(ZeliSize roiSize, int apertureSize, int avgWindow,
+        int* bufferSize);
+
+/* Both eigenvalues and eigenvectors, 8u to 32f. */
+ZELCV_API ZelStatus zeliEigenValsVecs_8u32f_C1R(const Zel8u* src, int srcStep, Zel32f* dst, int dstStep, ZeliSize roiSize,
+        int kernelKind, int apertureSize, int avgWindow, Zel8u* buffer);
+
+/* Both eigenvalues and eigenvectors, 32f. */
+ZELCV_API ZelStatus zeliEigenValsVecs_32f_C1R(const Zel32f* src, int srcStep, Zel32f* dst, int dstStep, ZeliSize roiSize,
+        int kernelKind, int apertureSize, int avgWindow, Zel8u* buffer);
 
 #ifdef __cplusplus
 }

@@ -468,6 +468,7 @@ void withTapCount(int kernelSize, const Run& run)
     case 3: return run(TapCount<3>{});
     case 5: return run(TapCount<5>{});
     case 7: return run(TapCount<7>{});
+    case 9: return run(TapCount<9>{});
     default: return run(TapCount<0>{});
     }
 }

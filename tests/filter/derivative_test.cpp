@@ -1,6 +1,6 @@
 // Sobel and Scharr filters with border, and the generated kernels, against their definition.
-#include "support/borders.h"
 #include "support/calls.h"
+#include "support/fixed_taps.h"
 
 #include <algorithm>
 #include <cfenv>
@@ -10,8 +10,6 @@
 using namespace zeltest;
 
 namespace {
-
-using TapList = std::vector<int>;
 
 // Stages, functions, and buffer sizes for 100 by 50 pixels: 3 by 3 with one thread, 5 by 5 (Scharr: 3 by 3) with four.
 struct Family {
@@ -66,49 +64,12 @@ const Family kFamilies[] = {
      {6176, 36704}, {6112, 36448}, {10832, 54368}},
 };
 
-// Pairs from the outside in, the centre last; a negating stage is 0 minus the sum of its positive taps.
-template <class Real, class At>
-Real weightedSum(const TapList& taps, const At& at)
-{
-    const int count = int(taps.size());
-    if (taps[0] < 0 && taps[0] == taps[std::size_t(count - 1)]) {
-        TapList positive = taps;
-        for (int& tap : positive) tap = -tap;
-        return Real(0) - weightedSum<Real>(positive, at);
-    }
-    Real sum = 0;
-    for (int i = 0; i <= count / 2; ++i) {
-        const int tap = taps[std::size_t(i)], mirror = taps[std::size_t(count - 1 - i)];
-        if (tap == 0) continue;
-        const Real a = at(i), b = at(count - 1 - i);
-        const Real pair = i == count / 2 ? a : tap == mirror ? a + b : tap > 0 ? a - b : b - a;
-        const Real weight = Real(tap == mirror ? tap : std::abs(tap));
-        sum = i == 0 ? pair * weight : sum + pair * weight;
-    }
-    return sum;
-}
-
 // What the filter must give at (x, y), in int for 8u sources and in float for 32f.
 template <class Real, class T>
 Real definition(const Image<T>& src, const TapList& row, const TapList& column, ZeliBorderType border, T value, int x, int y)
 {
-    if ((border & 15) == zeliBorderInMemory) border = 0xf0;
-    const int reach = int(row.size()) / 2, kind = border & 15;
-    const bool top = border & zeliBorderInMemoryTop, bottom = border & zeliBorderInMemoryBottom;
-    const bool left = border & zeliBorderInMemoryLeft, right = border & zeliBorderInMemoryRight;
-    return weightedSum<Real>(column, [&](int j) -> Real {
-        const int rowIndex = y - reach + j;
-        const int line = standIn(rowIndex, src.height(), kind, top, bottom, !top, !bottom);
-        if (line == kConstant) {
-            int sum = 0;
-            for (int tap : row) sum += tap;
-            return Real(value) * Real(sum);
-        }
-        return weightedSum<Real>(row, [&](int i) -> Real {
-            const int pixel = standIn(x - reach + i, src.width(), kind, left, right);
-            return Real(pixel == kConstant ? value : src.at(pixel, line));
-        });
-    });
+    const int reach = int(column.size()) / 2;
+    return weightedSum<Real>(column, [&](int j) { return rowSum<Real>(src, row, border, value, x, y - reach + j); });
 }
 
 struct Mask {
@@ -129,10 +90,7 @@ void compareAll(const Family& family, const Mask& mask, ZeliSize size, ZeliBorde
     // `finish` makes an output element of a sum.
     const auto compare = [&]<class S>(auto tellSize, auto filter, S value, const auto& finish, auto... divisor) {
         using Real = std::conditional_t<std::is_integral_v<S>, int, float>;
-        const int reach = int(mask.row.size()) / 2, inMemory = border == zeliBorderInMemory ? 0xf0 : border;
-        const auto behind = [=](int flag) { return inMemory & flag ? reach : 0; };
-        Image<S> src(random, size, texture, {behind(zeliBorderInMemoryLeft), behind(zeliBorderInMemoryTop),
-                                             behind(zeliBorderInMemoryRight), behind(zeliBorderInMemoryBottom)});
+        Image<S> src(random, size, texture, realPixels(border, int(mask.row.size()) / 2));
         Image<decltype(finish(Real()))> dst(random, size);
         int bytes = 0;
         ASSERT_EQ(zelStatusOk, tellSize(size, mask.code, &bytes));
