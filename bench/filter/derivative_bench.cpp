@@ -1,25 +1,8 @@
-#include "support/measure.h"
+#include "filter/bordered.h"
 
 using namespace zelbench;
 
 namespace {
-
-// One call of a filter with border; `tail` holds what stands between borderValue and buffer.
-template <class Src, class Dst, class SizeFunction, class Function, class... Tail>
-Prepare filter(SizeFunction sizeFunction, Function function, ZeliMaskSize maskSize, Tail... tail)
-{
-    return [=](ZeliSize size) -> std::function<void()> {
-        Plane<Src> src(size);
-        Plane<Dst> dst(size);
-        int bytes = 0;
-        require(sizeFunction(size, maskSize, &bytes));
-        auto buffer = scratch(bytes);
-        return [=] {
-            require(function(src.data(), src.step(), dst.data(), dst.step(), size, maskSize, zeliBorderReplicate, 0,
-                             tail..., buffer.get()));
-        };
-    };
-}
 
 template <class Src, class Dst, class SizeFunction, class Function, class... Tail>
 Prepare scharr(SizeFunction sizeFunction, Function function, Tail... tail)
@@ -27,8 +10,8 @@ Prepare scharr(SizeFunction sizeFunction, Function function, Tail... tail)
     const auto withoutMask = [=](auto src, int srcStep, auto dst, int dstStep, ZeliSize size, ZeliMaskSize, auto... rest) {
         return function(src, srcStep, dst, dstStep, size, rest...);
     };
-    return filter<Src, Dst>([=](ZeliSize size, ZeliMaskSize, int* bytes) { return sizeFunction(size, bytes); },
-                            withoutMask, zeliMask3x3, tail...);
+    return bordered<Src, Dst>([=](ZeliSize size, ZeliMaskSize, int* bytes) { return sizeFunction(size, bytes); },
+                              withoutMask, zeliMask3x3, tail...);
 }
 
 const bool registered = [] {
@@ -36,13 +19,13 @@ const bool registered = [] {
     for (ZeliMaskSize mask : {zeliMask3x3, zeliMask5x5}) {                                                                \
         const std::string remark = mask == zeliMask3x3 ? "/3x3" : "/5x5";                                                 \
         measure("zeliFilter" #name "Border_8u16s_C1R" + remark, 3,                                                        \
-                filter<Zel8u, Zel16s>(zeliFilter##name##GetBufferSize_8u16s_C1R, zeliFilter##name##Border_8u16s_C1R,      \
+                bordered<Zel8u, Zel16s>(zeliFilter##name##GetBufferSize_8u16s_C1R, zeliFilter##name##Border_8u16s_C1R,      \
                                       mask));                                                                             \
         measure("zeliFilter" #name "Border_8u8s_C1R" + remark, 2,                                                         \
-                filter<Zel8u, Zel8s>(zeliFilter##name##GetBufferSize_8u8s_C1R, zeliFilter##name##Border_8u8s_C1R, mask,   \
+                bordered<Zel8u, Zel8s>(zeliFilter##name##GetBufferSize_8u8s_C1R, zeliFilter##name##Border_8u8s_C1R, mask,   \
                                      4));                                                                                 \
         measure("zeliFilter" #name "Border_32f_C1R" + remark, 8,                                                          \
-                filter<Zel32f, Zel32f>(zeliFilter##name##GetBufferSize_32f_C1R, zeliFilter##name##Border_32f_C1R, mask)); \
+                bordered<Zel32f, Zel32f>(zeliFilter##name##GetBufferSize_32f_C1R, zeliFilter##name##Border_32f_C1R, mask)); \
     }
     SOBEL(SobelHoriz)
     SOBEL(SobelVert)
@@ -60,7 +43,7 @@ const bool registered = [] {
     SCHARR(ScharrHoriz)
     SCHARR(ScharrVert)
     measure("zeliFilterSobelVertBorder_8u16s_C1R/5x5/2 threads", 3,
-            filter<Zel8u, Zel16s>(zeliFilterSobelVertGetBufferSize_8u16s_C1R, zeliFilterSobelVertBorder_8u16s_C1R,
+            bordered<Zel8u, Zel16s>(zeliFilterSobelVertGetBufferSize_8u16s_C1R, zeliFilterSobelVertBorder_8u16s_C1R,
                                   zeliMask5x5),
             2);
     return true;
