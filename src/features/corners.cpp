@@ -209,8 +209,8 @@ struct EigenvaluesAndVectors {
             return;
         }
         const std::ptrdiff_t last = width - lanes;
-        const auto make = [&](std::ptrdiff_t i) ZELCV_INLINE {
-            store(dst + kNumbers * i, block(load(as + i), load(bs + i), load(cs + i)));
+        const auto make = [&, self = *this](std::ptrdiff_t i) ZELCV_INLINE { // a copy that no store can change
+            store(dst + kNumbers * i, self.block(load(as + i), load(bs + i), load(cs + i)));
         };
         std::ptrdiff_t i = 0;
         for (; i <= last; i += lanes) make(i);
@@ -226,19 +226,22 @@ private:
         const V root = squareRoot(4.0f * c * c + difference * difference);
         const V larger = (sum + root) * 0.5f, smaller = (sum - root) * 0.5f;
 
+        // All bits or none: the numbers are not all 0, and the vectors are computed and not the axes.
         const V threshold = 0.01f * maximum(a, b);
-        const auto isNothing = (threshold > minimum(a, b)) | (threshold > a * b - c * c);
+        const auto isThere = ~((threshold > minimum(a, b)) | (threshold > a * b - c * c));
         const auto isDiagonal = threshold > absolute(c);
+        const auto isComputed = isThere & ~isDiagonal;
+        const auto one = isThere & isDiagonal & Vec<Zel32s>(splat(1.0f));
+        const auto where = [](Vec<Zel32s> mask, V number) ZELCV_INLINE { return mask & Vec<Zel32s>(number); };
 
-        const V x = c * sign, y1 = larger - a, y2 = smaller - a;
+        const V x = c * sign, y1 = larger - a, y2 = smaller - a, xSquare = x * x;
         const auto perLength = [=](V y) ZELCV_INLINE {
-            return 1.0f / maximum(splat(1.1920929e-7f), squareRoot(y * y + x * x));
+            return 1.0f / maximum(squareRoot(y * y + xSquare), splat(1.1920929e-7f));
         };
         const V n1 = perLength(y1), n2 = perLength(y2);
-        const V one = splat(1.0f), zero = {};
-        return interleaveSix(forParts([=](V number) ZELCV_INLINE { return isNothing ? zero : number; },
-                                      Group<V, 6>{larger, smaller, isDiagonal ? one : x * n1, isDiagonal ? zero : y1 * n1,
-                                                  isDiagonal ? zero : x * n2, isDiagonal ? one : y2 * n2}));
+        return interleaveSix({V(where(isThere, larger)), V(where(isThere, smaller)), V(where(isComputed, x * n1) | one),
+                              V(where(isComputed, y1 * n1)), V(where(isComputed, x * n2)),
+                              V(where(isComputed, y2 * n2) | one)});
     }
 };
 

@@ -33,6 +33,33 @@ const Zel32f* makeTaps(int kernelSize, Zel32f sigma, Carver& scratch)
     return taps;
 }
 
+// The row stage: sums that begin with their first product. Where that differs from beginning with 0 it is in the sign of a
+// zero, which the column stage, beginning with 0, does not see.
+template <int N>
+class GaussRow {
+public:
+    explicit GaussRow(const Zel32f* taps)
+    {
+        for (int j = 0; j < N; ++j) splats_[j] = splat(taps[j]);
+    }
+
+    // As forRowBlocks does it, where n is a vector or more.
+    [[gnu::noinline]] void operator()(const Zel32f* row, Zel32f* mid, int n) const
+    {
+        const TapVectors<Vec<Zel32f>, N> taps = splats_; // a copy that no store can change
+        const auto make = [&](std::ptrdiff_t i) ZELCV_INLINE {
+            Vec<Zel32f> sum = load(row + i) * taps[0];
+            for (int j = 1; j < N; ++j) sum += load(row + i + j) * taps[j];
+            store(mid + i, sum);
+        };
+        const std::ptrdiff_t last = n - kLanes<Zel32f>;
+        if (forBlocks<kLanes<Zel32f>>(last, make) < n) make(last);
+    }
+
+private:
+    TapVectors<Vec<Zel32f>, N> splats_;
+};
+
 ZelStatus check(Plane<const Zel32f> src, Plane<Zel32f> dst, ZeliSize roi, int kernelSize, ZeliBorderType border,
                 const Zel8u* buffer)
 {
@@ -83,6 +110,8 @@ ZelStatus zeliFilterGaussBorder_32f_C1R(const Zel32f* src, int srcStep, Zel32f* 
             kernelSize, BorderedSource<Zel32f>{from, roiSize, borderType, borderValue}, to, cutBand(roiSize.height, 1, 0),
             std::array{constantRow}, scratch,
             [&](const Zel32f* row, Zel32f* mid, int n, int) {
+                if constexpr (count > 0)
+                    if (n >= kLanes<Zel32f>) return GaussRow<count>(taps)(row, mid, n);
                 filterLine(AlongRow<Zel32f, 1>{row}, mid, n, sums, AsIs{});
             },
             [&](const Zel32f* const* rows, Zel32f* out, int n, int) {

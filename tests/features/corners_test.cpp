@@ -92,7 +92,7 @@ std::array<float, 6> valuesAndVectors(float a, float b, float c, Options options
     const float x = c * (options.kernelKind == 1 ? 1.0f : -1.0f);
     const auto perLength = [&](float y) {
         const float length = std::sqrt(y * y + x * x);
-        return 1 / (length < 1.1920929e-7f ? 1.1920929e-7f : length);
+        return 1 / (length > 1.1920929e-7f ? length : 1.1920929e-7f);
     };
     const float e1 = l1 - a, e2 = l2 - a, n1 = perLength(e1), n2 = perLength(e2);
     return {l1, l2, x * n1, e1 * n1, x * n2, e2 * n2};
