@@ -24,8 +24,10 @@ int main(int argc, char** argv)
     program.require_subcommand(1);
     app::addEdgesCommand(program);
     app::addGradientCommand(program);
+    app::addCornersCommand(program);
     app::addDiffCommand(program);
     app::addFilterCommand(program);
+    app::addSmoothCommand(program);
     app::addAverageCommand(program);
     app::addStatsCommand(program);
     app::addCompareCommand(program);

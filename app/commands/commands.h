@@ -14,8 +14,10 @@ namespace app {
 
 void addEdgesCommand(CLI::App& program);
 void addGradientCommand(CLI::App& program);
+void addCornersCommand(CLI::App& program);
 void addDiffCommand(CLI::App& program);
 void addFilterCommand(CLI::App& program);
+void addSmoothCommand(CLI::App& program);
 void addAverageCommand(CLI::App& program);
 void addStatsCommand(CLI::App& program);
 void addCompareCommand(CLI::App& program);

@@ -1,10 +1,10 @@
 // zelcv filter: a separable kernel from the command line, through the row and the column pipeline.
+#include "commands/borders.h"
 #include "commands/commands.h"
 #include "operations/filter.h"
 
 #include <charconv>
 #include <limits>
-#include <map>
 #include <numeric>
 
 namespace app {
@@ -19,12 +19,6 @@ struct Options {
     bool inFloat = false, aroundZero = false;
     CLI::Option *divisorGiven = nullptr, *anchorGiven = nullptr;
 };
-
-const std::map<std::string, ZeliBorderType> kBorders = {{"constant", zeliBorderConstant},
-                                                        {"replicate", zeliBorderReplicate},
-                                                        {"wrap", zeliBorderWrap},
-                                                        {"reflect", zeliBorderReflect},
-                                                        {"reflect-edge", zeliBorderReflectEdge}};
 
 template <class M>
 std::vector<M> parseTaps(const char* option, const std::string& text)
@@ -88,10 +82,8 @@ void divideDivisor(Kernel<Zel16s>& kernel, std::int64_t whole)
 template <class S>
 Outside<S> outsideOf(const Options& options)
 {
-    const auto kind = kBorders.find(options.border);
-    if (kind == kBorders.end()) throw UsageError("--border: there is no kind '" + options.border + "'");
     const S value = S(options.value);
-    return {kind->second, {value, value, value}};
+    return {borderNamed(options.border), {value, value, value}};
 }
 
 Picture filterInIntegers(const Options& options, const Picture& src)

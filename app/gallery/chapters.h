@@ -23,5 +23,7 @@ Chapter featuresChapter(const Source& source);
 // Sections of them that stand in files of their own.
 Section sequencesSection(const Source& source);
 Section haarSection(const Source& source);
+Section smoothingSection(const Source& source);
+Section cornersSection(const Source& source);
 
 } // namespace app

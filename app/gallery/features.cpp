@@ -1,4 +1,4 @@
-// Features in the gallery: edges.
+// Features in the gallery: edges. Corners stand in a file of their own.
 #include "gallery/chapters.h"
 #include "operations/features.h"
 #include "operations/filter.h"
@@ -55,6 +55,6 @@ Section edgesSection(const Source& source)
 
 } // namespace
 
-Chapter featuresChapter(const Source& source) { return {"features", "Features", {edgesSection(source)}}; }
+Chapter featuresChapter(const Source& source) { return {"features", "Features", {edgesSection(source), cornersSection(source)}}; }
 
 } // namespace app

@@ -274,8 +274,8 @@ Chapter filterChapter(const Source& source)
 {
     return {"filter",
             "Filters",
-            {derivativesSection(source), typesSection(source), kernelsSection(source), pipelinesSection(source),
-             bordersSection(source), generatedSection(source)}};
+            {derivativesSection(source), typesSection(source), smoothingSection(source), kernelsSection(source),
+             pipelinesSection(source), bordersSection(source), generatedSection(source)}};
 }
 
 } // namespace app

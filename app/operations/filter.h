@@ -11,7 +11,7 @@
 
 namespace app {
 
-// ==== Derivative filters ====
+// ==== Filters of 3 by 3 and 5 by 5 with border ====
 
 struct DerivativeOptions {
     ZeliMaskSize mask = zeliMask3x3; // Scharr filters have only this one
@@ -21,6 +21,26 @@ struct DerivativeOptions {
 
 template <class S, class D>
 using Derivative = std::function<Image<D>(Calls&, View<const S>, const DerivativeOptions&)>;
+
+// A filter, and the function that sizes its scratch. Scharr filters take no mask size, and only 8s results a divisor.
+template <class S, class D, class Size, class Filter>
+Derivative<S, D> maskFilter(Function<Size> size, Function<Filter> filter)
+{
+    return [=](Calls& calls, View<const S> src, const DerivativeOptions& options) {
+        Image<D> dst(src.size, 1);
+        const auto mask = onlyIf<std::is_invocable_v<Size*, ZeliSize, ZeliMaskSize, int*>>(options.mask);
+        const Block buffer = std::apply([&](auto... m) { return calls.scratch(size, src.size, m...); }, mask);
+        const auto arguments = std::tuple_cat(std::tuple(src.data, src.step, dst.data(), dst.step(), src.size), mask,
+                                              std::tuple(options.border, S(0)),
+                                              onlyIf<std::is_same_v<D, Zel8s>>(options.divisor), std::tuple(buffer.data()));
+        std::apply([&](auto... a) { calls(filter, a...); }, arguments);
+        return dst;
+    };
+}
+
+inline ZeliMaskSize maskOfAperture(int aperture) { return aperture == 5 ? zeliMask5x5 : zeliMask3x3; }
+
+// ==== Derivative filters ====
 
 struct DerivativeFamily {
     const char* name;
@@ -41,8 +61,6 @@ struct GradientFamilies {
     const DerivativeFamily &dx, &dy;
 };
 GradientFamilies gradientFamilies(bool scharr);
-
-inline ZeliMaskSize maskOfAperture(int aperture) { return aperture == 5 ? zeliMask5x5 : zeliMask3x3; }
 
 // ==== Row and column pipelines ====
 

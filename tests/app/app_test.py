@@ -147,6 +147,9 @@ class Program(unittest.TestCase):
                 (["gradient"], 3 * 640 + 12, 1), (["gradient", "--scharr"], 3 * 640 + 12, 1), (["diff"], 640, 3),
                 (["filter", "--row", "1,4,6,4,1"], 640, 3), (["filter", "--row", "-1,0,1", "--signed"], 640, 3),
                 (["filter", "--row", "0.5,2.25,0.5", "--float"], 640, 3), (["average"], 640, 1), (["compare"], 640, 3),
+                (["smooth"], 640, 3), (["smooth", "--kind", "box", "--size", "5"], 640, 3),
+                (["smooth", "--kind", "laplacian"], 640, 1), (["corners"], 640, 3), (["corners", "--strength"], 640, 1),
+                (["corners", "--vectors", "--window", "5"], 640, 3),
                 (["localdev", "--window", "9"], 640, 1), (["cascade", "--stages", BLOBS], 640, 3)]:
             with self.subTest(arguments):
                 *shape, rows = self.picture(*arguments)
@@ -160,6 +163,9 @@ class Program(unittest.TestCase):
             for arguments, wide in [(["edges"], width), (["gradient", "--aperture", "5"], 3 * width + 12),
                                     (["filter", "--row", ",".join(["1"] * 10001), "--border", "reflect"], width),
                                     (["filter", "--row", "1,1", "--border", "wrap"], width),
+                                    (["smooth", "--sigma", "3", "--border", "reflect"], width),
+                                    (["smooth", "--kind", "laplacian", "--size", "5"], width),
+                                    (["corners", "--strength", "--scharr"], width),
                                     (["localdev", "--window", "1"], width), (["average"], width)]:
                 with self.subTest((width, height, arguments[0])):
                     self.assertEqual((wide, height, 1), self.picture(arguments[0], "tiny.png", *arguments[1:])[:3])
@@ -229,6 +235,25 @@ class Program(unittest.TestCase):
             for x in range(14, 26):
                 self.assertEqual([7, 23], [y for y in range(32) if (x, y) in found])
             self.assertFalse([p for p in found if not (8 <= p[0] <= 30 and 6 <= p[1] <= 24)])
+
+    def test_smoothing(self):
+        self.path("dot.png", png(9, 9, 2, [[90 * (x // 3 == 4 and y == 4) * (x % 3) for x in range(27)] for y in range(9)]))
+        for arguments, wanted in [(["--kind", "box"], [0, 10, 10, 10, 0]), (["--kind", "box", "--size", "5"], [3] * 5),
+                                  (["--sigma", "0.5", "--size", "3"], [0, 8, 56, 8, 0])]:
+            rows = self.picture("smooth", "dot.png", *arguments)[3]
+            self.assertEqual([wanted, [0] * 5], [rows[4][3 * 2 + channel:3 * 7:3] for channel in (1, 0)], arguments)
+        rows = self.picture("smooth", "dot.png", "--kind", "laplacian")[3]
+        self.assertEqual([[255, 128, 255], [128, 0, 128], [255, 128, 255]], [rows[y][3:6] for y in (3, 4, 5)])
+
+    def test_corners_are_where_they_must_be(self):
+        self.path("square.png", gray_png([[200 * (10 <= x < 30 and 8 <= y < 24) for x in range(40)] for y in range(32)]))
+        rows = self.picture("corners", "square.png", "--distance", "5")[3]
+        marked = {(x, y) for y in range(32) for x in range(40) if len(set(rows[y][3 * x:3 * x + 3])) > 1}
+        near = [(x, y) for x in (10, 29) for y in (8, 23)]  # marks are frames of 9 by 9 pixels around a corner
+        self.assertTrue(all(any(max(abs(x - i), abs(y - j)) <= 6 for i, j in near) for x, y in marked), marked)
+        self.assertTrue(all(any(max(abs(x - i), abs(y - j)) <= 6 for x, y in marked) for i, j in near), marked)
+        strength = self.picture("corners", "square.png", "--strength")[3]
+        self.assertEqual((255, 0, 0), (strength[8][10], strength[8][20], strength[16][20]))
 
     def test_gradient_and_difference(self):
         self.path("step.png", gray_png([[20] * 8 + [220] * 8] * 8))
@@ -480,6 +505,12 @@ class Program(unittest.TestCase):
                 (["edges", "--low", "nan", *out], 1, "low"), (["edges", "--low", "x", *out], 2, "--low"),
                 (["edges", "--aperture", "4", *out], 2, "--aperture"),
                 (["gradient", "--aperture", "5", "--scharr", *out], 1, "Scharr"),
+                (["smooth", "--kind", "blur", *out], 2, "--kind"), (["smooth", "--kind", "box", "--size", "7", *out], 1, "3 or 5"),
+                (["smooth", "--size", "4", *out], 1, "odd"), (["smooth", "--sigma", "nan", *out], 2, "--sigma"),
+                (["smooth", "--sigma", "900", *out], 1, "too many"), (["smooth", "--border", "none", *out], 2, "--border"),
+                (["smooth", "--kind", "box", "--sigma", "1", *out], 2, "--sigma"),
+                (["corners", "--aperture", "5", "--scharr", *out], 1, "Scharr"), (["corners", "--window", "4", *out], 2, "--window"),
+                (["corners", "--strength", "--vectors", *out], 2, "two different"), (["corners", "--count", "0", *out], 2, "--count"),
                 (["filter", *out], 2, "--row is required"), (["filter", "--row", "1,x", *out], 2, "--row: 'x'"),
                 (["filter", "--row", "1,,1", *out], 2, "--row: ''"), (["filter", "--row", "0.5", *out], 2, "--float"),
                 (["filter", "--row", "1", "--column", "40000", *out], 2, "--column: '40000'"),
