@@ -11,7 +11,6 @@
 #include "vector/vector.h"
 
 #include <algorithm>
-#include <array>
 
 namespace zelcv {
 
@@ -116,27 +115,25 @@ ZELCV_INLINE inline void forColumnBlocks(Dst* dst, int n, const Block& block)
 // Filters the rows of one band with `taps` by `taps` taps, a number that the compiler may know. The row stage makes one
 // plane or several of each intermediate row, `apart` elements from one to the next: rowStage(src, mid, n, apart) makes
 // mid[i], and mid[i + apart] and so on, of src[i] and the taps - 1 pixels behind it. columnStage(rows, dst, n, apart) makes
-// dst[i] of element i of `taps` rows. Both work block by block, as forRowBlocks and forColumnBlocks do. A row outside a
-// constant border is filled with `constants`, one for each plane.
+// dst[i] of element i of `taps` rows. Both work block by block, as forRowBlocks and forColumnBlocks do. fillConstant(row,
+// apart) makes the row that stands outside a constant border.
 //
 // Intermediate rows are aligned, and as long as whole blocks. What stages read besides real pixels is zero or a stand-in, and
 // not what happens to lie in the scratch, which may be slow to add. Takes taps + 1 rows of whole blocks for each plane from
 // `scratch`, taps pointers, a block, and what ExtendedRow takes.
-template <int block, class Count, class Mid, std::size_t planes, class Src, class Dst, class RowStage, class ColumnStage>
-void filterBand(Count taps, const BorderedSource<Src>& source, Plane<Dst> dst, Band band,
-                const std::array<Mid, planes>& constants, Carver scratch, const RowStage& rowStage,
-                const ColumnStage& columnStage)
+template <class Mid, int planes, int block, class Count, class Src, class Dst, class Fill, class RowStage, class ColumnStage>
+void filterBand(Count taps, const BorderedSource<Src>& source, Plane<Dst> dst, Band band, Carver scratch,
+                const Fill& fillConstant, const RowStage& rowStage, const ColumnStage& columnStage)
 {
     constexpr int cacheLine = 64;
     const int reach = taps / 2, width = source.size.width, apart = wholeBlocks(width, block);
-    const std::ptrdiff_t rowLength = std::ptrdiff_t(apart) * int(planes);
+    const std::ptrdiff_t rowLength = std::ptrdiff_t(apart) * planes;
     Mid* const ring = scratch.take<Mid>(rowLength * taps, cacheLine);
     Mid* const constant = scratch.take<Mid>(rowLength, cacheLine);
     Dst* const narrow = scratch.take<Dst>(block); // a row that is narrower than a block is made here
     const Mid** const rows = scratch.take<const Mid*>(taps); // rows[i] stands for row y - reach + i
     ExtendedRow<Src, 1> extended(width, taps, reach, source.border, &source.value, scratch, block);
-    for (std::size_t plane = 0; plane < planes; ++plane)
-        std::fill_n(constant + std::ptrdiff_t(plane) * apart, apart, constants[plane]);
+    fillConstant(constant, apart);
     std::fill_n(rows, int(taps), nullptr);
 
     int slot = 0;

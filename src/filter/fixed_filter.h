@@ -24,14 +24,34 @@ ZelStatus checkMaskSize(ZeliMaskSize maskSize)
     return maskSize == zeliMask3x3 || (kHas5x5<Family> && maskSize == zeliMask5x5) ? zelStatusOk : zelStatusBadMaskSize;
 }
 
-// ---- types: elements, buffer sizes, and how sums under a mask become output elements
+// ---- types: elements, buffer sizes, stages, and how sums under a mask become output elements
+
+// Rows of Mid, of the numbers that a mask's stages make.
+template <class Mask, class Type>
+struct SummingStages {
+    using Src = typename Type::Src;
+    using Mid = typename Type::Mid;
+    using Rows = typename Mask::Rows;
+    static constexpr int kPlanes = Rows::kPlanes;
+
+    static void fillConstant(Mid* row, int apart, Src value) { Rows::fillConstant(row, apart, value); }
+    static constexpr auto runRow = Rows::template run<Src, Mid>;
+    static void runColumn(const Type& type, const Mid* const* rows, typename Type::Dst* dst, int n, int apart)
+    {
+        columnStage<Mask>(rows, dst, n, apart, [type](const FilterBlock<Mid>& sums) ZELCV_INLINE {
+            return type.template finish<Mask>(sums);
+        });
+    }
+};
 
 struct From8u {
     using Src = Zel8u; using Mid = Zel16s;
+    template <class Mask, class Type> using Stages = SummingStages<Mask, Type>;
     static constexpr auto rowSize = zeliFilterRowBorderPipelineGetBufferSize_8u16s_C1R;
 };
 struct From32f {
     using Src = Zel32f; using Mid = Zel32f;
+    template <class Mask, class Type> using Stages = SummingStages<Mask, Type>;
     static constexpr auto rowSize = zeliFilterRowBorderPipelineGetBufferSize_32f_C1R;
     static constexpr auto columnSize = zeliFilterColumnPipelineGetBufferSize_32f_C1R;
 };
@@ -100,20 +120,15 @@ template <class Mask, class Type>
 void filterRows(const BorderedSource<typename Type::Src>& source, Plane<typename Type::Dst> dst, const Type& type,
                 Zel8u* buffer, Zel32s bufferSize)
 {
-    using Rows = typename Mask::Rows;
-    using Src = typename Type::Src;
-    using Mid = typename Type::Mid;
+    using Stages = typename Type::template Stages<Mask, Type>;
+    using Mid = typename Stages::Mid;
     using Dst = typename Type::Dst;
-    const auto constants = Rows::template ofConstant<Mid>(source.value);
     forBands(source.size, Gate::borderFilter(), [&](Band band) {
         const Carver share(buffer + std::ptrdiff_t(bufferSize / band.count) * band.index);
-        filterBand<kFilterBlock<Mid>>(
-            std::integral_constant<int, Rows::kCount>(), source, dst, band, constants, share, Rows::template run<Src, Mid>,
-            [type](const Mid* const* rows, Dst* out, int n, int apart) {
-                columnStage<Mask>(rows, out, n, apart, [type](const FilterBlock<Mid>& sums) ZELCV_INLINE {
-                    return type.template finish<Mask>(sums);
-                });
-            });
+        filterBand<Mid, Stages::kPlanes, kFilterBlock<typename Type::Mid>>(
+            std::integral_constant<int, Mask::kCount>(), source, dst, band, share,
+            [&](Mid* row, int apart) { Stages::fillConstant(row, apart, source.value); }, Stages::runRow,
+            [type](const Mid* const* rows, Dst* out, int n, int apart) { Stages::runColumn(type, rows, out, n, apart); });
     });
 }
 

@@ -101,14 +101,17 @@ ZelStatus zeliFilterGaussBorder_32f_C1R(const Zel32f* src, int srcStep, Zel32f* 
 
     Carver scratch(buffer);
     const Zel32f* taps = makeTaps(kernelSize, sigma, scratch);
-    Zel32f constantRow = 0; // what the taps make of the border value
-    for (int j = 0; j < kernelSize; ++j) constantRow += borderValue * taps[j];
+    const auto fillConstant = [=](Zel32f* row, int n) {
+        Zel32f sum = 0;
+        for (int j = 0; j < kernelSize; ++j) sum += borderValue * taps[j];
+        std::fill_n(row, n, sum);
+    };
     withTapCount(kernelSize, [&](auto count) {
         using Sums = FloatSums<Zel32f, count>;
         const Sums sums(taps, kernelSize);
-        filterBand<kBlock>(
+        filterBand<Zel32f, 1, kBlock>(
             kernelSize, BorderedSource<Zel32f>{from, roiSize, borderType, borderValue}, to, cutBand(roiSize.height, 1, 0),
-            std::array{constantRow}, scratch,
+            scratch, fillConstant,
             [&](const Zel32f* row, Zel32f* mid, int n, int) {
                 if constexpr (count > 0)
                     if (n >= kLanes<Zel32f>) return GaussRow<count>(taps)(row, mid, n);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <type_traits>
+#include <utility>
 
 namespace zelcv {
 
@@ -85,14 +86,19 @@ struct RowStages {
     static constexpr int kPlanes = sizeof...(Stages);
     static constexpr int kCount = std::max({Stages::kCount...});
 
-    // The row stages of a row of `value`: limited for integers, products in single precision for 32f.
+    // What a stage of that sum makes of a row of `value`: limited for integers, a product in single precision for 32f.
     template <class Mid, class Src>
-    static std::array<Mid, kPlanes> ofConstant(Src value)
+    static Mid ofConstant(Src value, int sum)
     {
         if constexpr (std::is_floating_point_v<Mid>)
-            return {value * Mid(Stages::kSum)...};
+            return value * Mid(sum);
         else
-            return {Mid(std::clamp(int(value) * Stages::kSum, -32768, 32767))...};
+            return Mid(std::clamp(int(value) * sum, -32768, 32767));
+    }
+    template <class Mid, class Src>
+    static void fillConstant(Mid* row, int apart, Src value)
+    {
+        (std::fill_n(std::exchange(row, row + apart), apart, ofConstant<Mid>(value, Stages::kSum)), ...);
     }
 
     template <class Src, class Mid>
