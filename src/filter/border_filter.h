@@ -86,8 +86,9 @@ ZELCV_INLINE inline std::ptrdiff_t forBlocks(std::ptrdiff_t last, const Make& ma
 template <int block, int reach, class Make>
 ZELCV_INLINE inline void forRowBlocks(int n, const Make& make)
 {
+    if (n == block) return make(0);
     const std::ptrdiff_t last = n - block;
-    if (last <= 0) return make(std::max<std::ptrdiff_t>(last, reach - block));
+    if (last < 0) return make(std::max<std::ptrdiff_t>(last, reach - block));
     if (forBlocks<block>(last, make) < n) make(last);
 }
 

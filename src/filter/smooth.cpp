@@ -28,17 +28,70 @@ struct Box5x5 : Separable<Ones5, Ones5> {
     static Vec<Zel16u> average(Vec<Zel16u> sum) { return multiplyHigh(sum, splat(Zel16u(2621))); }
 };
 
+// Sums of bytes at even and at odd pixels apart, in two planes of 16-bit numbers: two neighbours share what both add, and
+// bytes need not be widened. In each plane a pixel takes one byte, so that a pixel's place is where its row and the pair that
+// it belongs to stand; a block has as many pixels as a vector has bytes. Blocks begin at even pixels.
+template <class Mask, class Type>
+struct PairingStages {
+    using Mid = Zel8u;
+    static constexpr int kPlanes = 2, kTaps = Mask::kCount, kReach = kTaps / 2, kBlock = kVectorBytes;
+
+    static void fillConstant(Zel8u* row, int apart, Zel8u value)
+    {
+        for (int i = 0; i < 2 * apart; i += kBlock) store(row + i, Vec<Zel8u>(splat(Zel16u(kTaps * value))));
+    }
+
+    // A stretch that begins or ends at an odd pixel has one more at its end, which is read and written too: another stretch
+    // follows there, or the row's end, where whole blocks fit.
+    [[gnu::noinline]] static void runRow(const Zel8u* src, Zel8u* mid, int n, int apart)
+    {
+        const int odd = int(reinterpret_cast<std::uintptr_t>(mid) & 1);
+        src += odd, mid += odd;
+        forRowBlocks<kBlock, kReach>(n + (n & 1), [=](std::ptrdiff_t i) ZELCV_INLINE {
+            const auto pairs = [=](int at) ZELCV_INLINE { return Vec<Zel16u>(load(src + i + at)); };
+            // For pixels 2k and 2k + 1 the bytes from 2k - reach to 2k + 1 + reach; the first and the last one are not shared.
+            Vec<Zel16u> shared, first, last;
+            if constexpr (kTaps == 3) {
+                shared = addBytePairs(Vec<Zel8u>(pairs(1)));
+                first = pairs(0) & 0xff;
+                last = pairs(2) >> 8;
+            } else {
+                const Vec<Zel16u> left = pairs(0), right = pairs(4);
+                shared = addBytePairs(Vec<Zel8u>(pairs(2))) + (left >> 8) + (right & 0xff);
+                first = left & 0xff;
+                last = right >> 8;
+            }
+            store(mid + i, Vec<Zel8u>(shared + first));
+            store(mid + i + apart, Vec<Zel8u>(shared + last));
+        });
+    }
+
+    [[gnu::noinline]] static void runColumn(const Type&, const Zel8u* const* rows, Zel8u* dst, int n, int apart)
+    {
+        std::array<const Zel8u*, kTaps> row;
+        std::copy_n(rows, kTaps, row.begin());
+        const auto blockAt = [&]<bool aligned>(std::ptrdiff_t i, std::bool_constant<aligned>) ZELCV_INLINE {
+            const auto average = [&](std::ptrdiff_t at) ZELCV_INLINE {
+                return Mask::average(Vec<Zel16u>(Mask::template sum<Vec<Zel16s>>([&](int tap) ZELCV_INLINE {
+                    const Zel8u* const from = row[std::size_t(tap)] + at;
+                    return Vec<Zel16s>(aligned ? loadAligned(from) : load(from));
+                })));
+            };
+            return Vec<Zel8u>(average(i) | average(i + apart) << 8);
+        };
+        const std::ptrdiff_t last = n - kBlock;
+        const auto make = [&](std::ptrdiff_t i) ZELCV_INLINE { store(dst + i, blockAt(i, std::true_type())); };
+        if (forBlocks<kBlock>(last, make) >= n) return;
+        const int odd = int(last & 1);
+        const Vec<Zel8u> block = blockAt(last + odd, std::false_type());
+        std::memcpy(dst + last + odd, &block, std::size_t(kBlock - odd));
+    }
+};
+
 struct BoxTo8u : From8u {
     using Dst = Zel8u;
     static constexpr auto columnSize = zeliFilterColumnPipelineGetBufferSize_16s8u_C1R;
-
-    template <class Mask>
-    Vec<Zel8u> finish(const FilterBlock<Mid>& sums) const
-    {
-        const auto averages =
-            forParts([](Vec<Zel16s> sum) { return Vec<Zel16s>(Mask::average(Vec<Zel16u>(sum))); }, sums);
-        return narrowInOrder<Zel8u>(averages.part[0], averages.part[1]);
-    }
+    template <class Mask, class Type> using Stages = PairingStages<Mask, Type>;
 };
 struct BoxTo32f : From32f {
     using Dst = Zel32f;

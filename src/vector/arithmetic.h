@@ -5,6 +5,7 @@
 
 namespace zelcv {
 
+using isa::addBytePairs;
 using isa::multiplyAddPairs;
 using isa::multiplyHigh;
 using isa::shiftLeft;

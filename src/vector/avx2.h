@@ -32,6 +32,10 @@ ZELCV_INLINE inline Vec<Zel16u> multiplyHigh(Vec<Zel16u> a, Vec<Zel16u> b)
     return Vec<Zel16u>(_mm256_mulhi_epu16(__m256i(a), __m256i(b)));
 }
 
+ZELCV_INLINE inline Vec<Zel16u> addBytePairs(Vec<Zel8u> v)
+{
+    return Vec<Zel16u>(_mm256_maddubs_epi16(__m256i(v), _mm256_set1_epi8(1)));
+}
 ZELCV_INLINE inline Vec<std::uint64_t> sumBytes(Vec<Zel8u> v)
 {
     return Vec<std::uint64_t>(_mm256_sad_epu8(__m256i(v), __m256i{}));

@@ -54,6 +54,12 @@ inline Vec<Zel16u> multiplyHigh(Vec<Zel16u> a, Vec<Zel16u> b)
     return lanes<Zel16u>([=](int i) { return Zel16u(Zel32u(a[i]) * b[i] >> 16); });
 }
 
+// The sums of each two bytes.
+inline Vec<Zel16u> addBytePairs(Vec<Zel8u> v)
+{
+    return lanes<Zel16u>([=](int i) { return Zel16u(v[2 * i] + v[2 * i + 1]); });
+}
+
 // The sums of each eight bytes.
 inline Vec<std::uint64_t> sumBytes(Vec<Zel8u> v)
 {

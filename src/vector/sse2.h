@@ -32,6 +32,7 @@ ZELCV_INLINE inline Vec<Zel16u> multiplyHigh(Vec<Zel16u> a, Vec<Zel16u> b)
     return Vec<Zel16u>(_mm_mulhi_epu16(__m128i(a), __m128i(b)));
 }
 
+ZELCV_INLINE inline Vec<Zel16u> addBytePairs(Vec<Zel8u> v) { return (Vec<Zel16u>(v) & 0xff) + (Vec<Zel16u>(v) >> 8); }
 ZELCV_INLINE inline Vec<std::uint64_t> sumBytes(Vec<Zel8u> v)
 {
     return Vec<std::uint64_t>(_mm_sad_epu8(__m128i(v), __m128i{}));

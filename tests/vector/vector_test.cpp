@@ -84,6 +84,7 @@ TEST(Vector, OperationsOfTheInstructionSetAreThoseOfPlainVectors)
     COMPARE(multiplyAddPairs, Zel16s, Zel16s);
     COMPARE(multiplyHigh, Zel16s, Zel16s);
     COMPARE(multiplyHigh, Zel16u, Zel16u);
+    COMPARE(addBytePairs, Zel8u);
     COMPARE(sumBytes, Zel8u);
     COMPARE(squareRoot, Zel32f);
     COMPARE(squareRoot, Zel64f);
