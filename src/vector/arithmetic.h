@@ -6,6 +6,8 @@
 namespace zelcv {
 
 using isa::addBytePairs;
+using isa::maximum;
+using isa::minimum;
 using isa::multiplyAddPairs;
 using isa::multiplyHigh;
 using isa::shiftLeft;

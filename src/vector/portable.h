@@ -70,6 +70,16 @@ inline Vec<std::uint64_t> sumBytes(Vec<Zel8u> v)
     });
 }
 
+// The smaller of each, and the larger; b where either is NaN.
+inline Vec<Zel32f> minimum(Vec<Zel32f> a, Vec<Zel32f> b)
+{
+    return lanes<Zel32f>([=](int i) { return a[i] < b[i] ? a[i] : b[i]; });
+}
+inline Vec<Zel32f> maximum(Vec<Zel32f> a, Vec<Zel32f> b)
+{
+    return lanes<Zel32f>([=](int i) { return a[i] > b[i] ? a[i] : b[i]; });
+}
+
 template <class V>
 inline V squareRoot(V v)
 {

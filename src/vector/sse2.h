@@ -38,6 +38,10 @@ ZELCV_INLINE inline Vec<std::uint64_t> sumBytes(Vec<Zel8u> v)
     return Vec<std::uint64_t>(_mm_sad_epu8(__m128i(v), __m128i{}));
 }
 
+// Where one operand is a constant compilers do not find these.
+ZELCV_INLINE inline Vec<Zel32f> minimum(Vec<Zel32f> a, Vec<Zel32f> b) { return _mm_min_ps(a, b); }
+ZELCV_INLINE inline Vec<Zel32f> maximum(Vec<Zel32f> a, Vec<Zel32f> b) { return _mm_max_ps(a, b); }
+
 ZELCV_INLINE inline Vec<Zel32f> squareRoot(Vec<Zel32f> v) { return _mm_sqrt_ps(v); }
 ZELCV_INLINE inline Vec<Zel64f> squareRoot(Vec<Zel64f> v) { return _mm_sqrt_pd(v); }
 

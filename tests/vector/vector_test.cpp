@@ -86,6 +86,8 @@ TEST(Vector, OperationsOfTheInstructionSetAreThoseOfPlainVectors)
     COMPARE(multiplyHigh, Zel16u, Zel16u);
     COMPARE(addBytePairs, Zel8u);
     COMPARE(sumBytes, Zel8u);
+    COMPARE(minimum, Zel32f, Zel32f);
+    COMPARE(maximum, Zel32f, Zel32f);
     COMPARE(squareRoot, Zel32f);
     COMPARE(squareRoot, Zel64f);
     COMPARE(shiftBytesUp<2>, Zel8u);
