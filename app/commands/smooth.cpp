@@ -23,7 +23,8 @@ Picture smooth(Calls& calls, const Options& options, const Picture& src)
     if (options.kind == "gauss") {
         const int taps = options.sizeGiven->empty() ? GaussOptions::tapsFor(options.sigma) : options.size;
         if (taps < 3 || taps % 2 == 0) throw Error("--size must be odd, and 3 or more");
-        if (taps > kLongestKernel) throw Error("--sigma " + numberText(options.sigma) + " asks for too many taps: give --size");
+        if (taps > kLongestKernel)
+            throw Error("--sigma " + numberText(options.sigma) + " asks for too many taps: give --size");
         return channelByChannel(src, [&](const Picture& plane) {
             return brightness(gauss(calls, convert<Zel32f>(plane), {options.sigma, taps, border}));
         });

@@ -19,7 +19,8 @@ Section smoothingSection(const Source& source)
         section.add("Box, " + name, "The average of the pixels under the mask, 8u.", [=, &colour](Calls& calls) {
             return channelByChannel(colour, [&](const Picture& plane) { return kMaskFilters.box8u(calls, plane, options); });
         });
-        section.add("Box, " + name + ", of a noisy picture", "Noise of 20 gray levels on the left, its average on the right, in single precision.",
+        section.add("Box, " + name + ", of a noisy picture",
+                    "Noise of 20 gray levels on the left, its average on the right, in single precision.",
                     [=, &source](Calls& calls) {
                         std::vector<Picture> halves;
                         halves.push_back(noisy(source.gray, 20, 1));

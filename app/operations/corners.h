@@ -54,7 +54,8 @@ std::vector<ZeliPoint> strongestCorners(const Image<Zel32f>& strength, int count
 // The picture in colour, with a frame around each corner.
 Picture markCorners(const Picture& src, const std::vector<ZeliPoint>& corners);
 
-// The picture in colour, with the eigenvectors at each corner: a long stroke across the stronger contour, a short one along it.
+// The picture in colour, with the eigenvectors at each corner: a long stroke across the stronger contour, a short one along
+// it.
 Picture drawVectors(const Picture& src, const Image<Zel32f>& vectors, const std::vector<ZeliPoint>& corners);
 
 } // namespace app

@@ -168,13 +168,15 @@ ZelStatus zeliFilterLowpassGetBufferSize_32f_C1R(ZeliSize roiSize, ZeliMaskSize 
 ZelStatus zeliFilterLowpassBorder_8u_C1R(const Zel8u* src, int srcStep, Zel8u* dst, int dstStep, ZeliSize roiSize,
                                          ZeliMaskSize maskSize, ZeliBorderType borderType, Zel8u borderValue, Zel8u* buffer)
 {
-    return filterChecked<Lowpass, BoxTo8u>({src, srcStep}, {dst, dstStep}, roiSize, maskSize, borderType, borderValue, buffer);
+    return filterChecked<Lowpass, BoxTo8u>({src, srcStep}, {dst, dstStep}, roiSize, maskSize, borderType, borderValue,
+                                          buffer);
 }
 
 ZelStatus zeliFilterLowpassBorder_32f_C1R(const Zel32f* src, int srcStep, Zel32f* dst, int dstStep, ZeliSize roiSize,
                                           ZeliMaskSize maskSize, ZeliBorderType borderType, Zel32f borderValue, Zel8u* buffer)
 {
-    return filterChecked<Lowpass, BoxTo32f>({src, srcStep}, {dst, dstStep}, roiSize, maskSize, borderType, borderValue, buffer);
+    return filterChecked<Lowpass, BoxTo32f>({src, srcStep}, {dst, dstStep}, roiSize, maskSize, borderType, borderValue,
+                                            buffer);
 }
 
 ZelStatus zeliFilterLaplacianGetBufferSize_8u16s_C1R(ZeliSize roiSize, ZeliMaskSize maskSize, int* bufferSize)
@@ -196,7 +198,8 @@ ZelStatus zeliFilterLaplacianBorder_8u16s_C1R(const Zel8u* src, int srcStep, Zel
                                               ZeliMaskSize maskSize, ZeliBorderType borderType, Zel8u borderValue,
                                               Zel8u* buffer)
 {
-    return filterChecked<Laplacian, To16s>({src, srcStep}, {dst, dstStep}, roiSize, maskSize, borderType, borderValue, buffer);
+    return filterChecked<Laplacian, To16s>({src, srcStep}, {dst, dstStep}, roiSize, maskSize, borderType, borderValue,
+                                          buffer);
 }
 
 ZelStatus zeliFilterLaplacianBorder_8u8s_C1R(const Zel8u* src, int srcStep, Zel8s* dst, int dstStep, ZeliSize roiSize,
@@ -210,5 +213,6 @@ ZelStatus zeliFilterLaplacianBorder_32f_C1R(const Zel32f* src, int srcStep, Zel3
                                             ZeliMaskSize maskSize, ZeliBorderType borderType, Zel32f borderValue,
                                             Zel8u* buffer)
 {
-    return filterChecked<Laplacian, To32f>({src, srcStep}, {dst, dstStep}, roiSize, maskSize, borderType, borderValue, buffer);
+    return filterChecked<Laplacian, To32f>({src, srcStep}, {dst, dstStep}, roiSize, maskSize, borderType, borderValue,
+                                          buffer);
 }
