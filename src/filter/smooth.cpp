@@ -169,7 +169,7 @@ ZelStatus zeliFilterLowpassBorder_8u_C1R(const Zel8u* src, int srcStep, Zel8u* d
                                          ZeliMaskSize maskSize, ZeliBorderType borderType, Zel8u borderValue, Zel8u* buffer)
 {
     return filterChecked<Lowpass, BoxTo8u>({src, srcStep}, {dst, dstStep}, roiSize, maskSize, borderType, borderValue,
-                                          buffer);
+                                           buffer);
 }
 
 ZelStatus zeliFilterLowpassBorder_32f_C1R(const Zel32f* src, int srcStep, Zel32f* dst, int dstStep, ZeliSize roiSize,
@@ -199,7 +199,7 @@ ZelStatus zeliFilterLaplacianBorder_8u16s_C1R(const Zel8u* src, int srcStep, Zel
                                               Zel8u* buffer)
 {
     return filterChecked<Laplacian, To16s>({src, srcStep}, {dst, dstStep}, roiSize, maskSize, borderType, borderValue,
-                                          buffer);
+                                           buffer);
 }
 
 ZelStatus zeliFilterLaplacianBorder_8u8s_C1R(const Zel8u* src, int srcStep, Zel8s* dst, int dstStep, ZeliSize roiSize,
@@ -214,5 +214,5 @@ ZelStatus zeliFilterLaplacianBorder_32f_C1R(const Zel32f* src, int srcStep, Zel3
                                             Zel8u* buffer)
 {
     return filterChecked<Laplacian, To32f>({src, srcStep}, {dst, dstStep}, roiSize, maskSize, borderType, borderValue,
-                                          buffer);
+                                           buffer);
 }
