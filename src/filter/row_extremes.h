@@ -75,15 +75,21 @@ ZELCV_INLINE inline void extremesToEnd(const T* src, T* dst, int first, int widt
     }
 }
 
-// dst[x] = the extreme of src[x - window.before] ... src[x + window.behind], which are `taps` pixels.
+// dst[x] = the extreme of src[x - before] ... src[x - before + taps - 1].
 template <class Pick, int taps, int Channels, class T>
-void extremesOfFew(const T* src, T* dst, int width, Window window)
+void extremesOfFew(const T* src, T* dst, int width, int before)
 {
-    const int uncut = width - (taps - 1), n = uncut * Channels;
-    if (window.before > 0) extremesFromStart<Pick, Channels>(src, dst, window.before, width, window.behind);
-    if (window.behind > 0)
-        extremesToEnd<Pick, Channels>(src, dst, std::max(window.before, width - window.behind), width, window.before);
-    dst += window.before * Channels;
+    const auto cutWindows = [=](int first, int last) ZELCV_INLINE { // `first` pixels in front, `last` behind
+        if (first > 0) extremesFromStart<Pick, Channels>(src, dst, std::min(first, width), width, last);
+        if (last > 0) extremesToEnd<Pick, Channels>(src, dst, std::max(first, width - last), width, first);
+    };
+    switch (before) {
+    case 0: cutWindows(0, taps - 1); break; // the same with what is known of the usual ones
+    case taps / 2: cutWindows(taps / 2, taps - 1 - taps / 2); break;
+    default: cutWindows(before, taps - 1 - before);
+    }
+    const int n = (width - (taps - 1)) * Channels;
+    dst += before * Channels;
     if (n >= kLanes<T>)
         mapRow(dst, n, [](auto block) ZELCV_INLINE { return block; }, FewPixels<Pick, taps, Channels, T>{src});
     else
@@ -107,15 +113,14 @@ void extremesOfTwo(const T* a, const T* b, T* dst, int n)
 // dst[x] = the extreme of `length` pixels from src[x] on; length is not above width. Step by step windows twice as long: those
 // that are cut at the end of the row are complete as they are.
 template <class Pick, int Channels, class T>
-void extremesFromHere(const T* src, T* dst, int width, int length)
+ZELCV_INLINE inline void extremesFromHere(const T* src, T* dst, int width, int length)
 {
     constexpr int kFirst = 4;
-    const Window window(std::min(length, kFirst), 0, width);
     switch (length) {
     case 1: std::memcpy(dst, src, sizeof(T) * Channels * std::size_t(width)); return;
-    case 2: return extremesOfFew<Pick, 2, Channels>(src, dst, width, window);
-    case 3: return extremesOfFew<Pick, 3, Channels>(src, dst, width, window);
-    default: extremesOfFew<Pick, kFirst, Channels>(src, dst, width, window);
+    case 2: return extremesOfFew<Pick, 2, Channels>(src, dst, width, 0);
+    case 3: return extremesOfFew<Pick, 3, Channels>(src, dst, width, 0);
+    default: extremesOfFew<Pick, kFirst, Channels>(src, dst, width, 0);
     }
     for (int done = kFirst; done < length;) {
         const int more = std::min(done, length - done);
@@ -124,38 +129,60 @@ void extremesFromHere(const T* src, T* dst, int width, int length)
     }
 }
 
+// Repeats the first pixel of a row in front of it, `count` times or more, up to kRepeatBytes.
+constexpr int kRepeatBytes = 32;
+template <int Channels, class T>
+ZELCV_INLINE inline void repeatFirstPixel(T* row, int count)
+{
+    if constexpr (Channels == 1)
+        for (int i = 1; i <= kRepeatBytes / kVectorBytes; ++i) store(row - i * kLanes<T>, splat(*row));
+    else
+        for (int i = 1; i <= count * Channels; ++i) row[-i] = row[Channels - i];
+}
+
 // A window is laid over by two parts of it: the one that starts with it, or with the row, and the one that ends with it.
 template <class Pick, int Channels, class T>
 void extremesOfMany(const T* src, T* dst, int width, Window window, T* spare)
 {
+    T* const parts = spare + kRepeatBytes / sizeof(T);
     const int part = std::max(window.behind + 1, int((window.size() + 1) / 2));
+    extremesFromHere<Pick, Channels>(src, parts, width, part);
     const int lead = part - (window.behind + 1); // so many windows are shorter than their second part
-    extremesFromHere<Pick, Channels>(src, spare, width, part);
+    const int before = window.before - lead;     // from the second part back to the first
+    int done = lead;
     if (lead > 0) extremesFromStart<Pick, Channels>(src, dst, lead, width, window.behind);
-    for (std::ptrdiff_t x = lead; x < window.before; ++x)
-        for (int c = 0; c < Channels; ++c) dst[x * Channels + c] = Pick::of(spare[c], spare[(x - lead) * Channels + c]);
-    const std::ptrdiff_t whole = window.before * std::ptrdiff_t(Channels);
-    extremesOfTwo<Pick>(spare, spare + whole - lead * std::ptrdiff_t(Channels), dst + whole,
-                        (width - window.before) * Channels);
+    if (before * Channels * int(sizeof(T)) <= kRepeatBytes)
+        repeatFirstPixel<Channels>(parts, before);
+    else
+        for (; done < window.before; ++done)
+            for (std::ptrdiff_t c = 0; c < Channels; ++c)
+                dst[done * Channels + c] = Pick::of(parts[c], parts[(done - lead) * Channels + c]);
+    const std::ptrdiff_t ends = (done - lead) * std::ptrdiff_t(Channels), starts = ends - before * std::ptrdiff_t(Channels);
+    extremesOfTwo<Pick>(parts + starts, parts + ends, dst + done * std::ptrdiff_t(Channels), (width - done) * Channels);
 }
 
 // ---- all windows
 
-// dst[x] = the extreme of src[x - anchor] ... src[x - anchor + length - 1], clamped to the row, channel by channel; `width` in
-// pixels; the anchor lies within the window. `spare` is a row of width * Channels elements. src, dst and spare are different
-// rows.
+// dst[x] = the extreme of the pixels of src in the window at x, cut to the row, channel by channel. `spare` is a row of
+// width * Channels elements and kRepeatBytes bytes more. src, dst and spare are different rows.
+template <class Pick, int Channels, class T>
+void extremesOfWindows(const T* src, T* dst, int width, Window window, T* spare)
+{
+    switch (window.size()) {
+    case 1: std::memcpy(dst, src, sizeof(T) * Channels * std::size_t(width)); break;
+    case 2: extremesOfFew<Pick, 2, Channels>(src, dst, width, window.before); break;
+    case 3: extremesOfFew<Pick, 3, Channels>(src, dst, width, window.before); break;
+    case 4: extremesOfFew<Pick, 4, Channels>(src, dst, width, window.before); break;
+    case kFewPixels: extremesOfFew<Pick, kFewPixels, Channels>(src, dst, width, window.before); break;
+    default: extremesOfMany<Pick, Channels>(src, dst, width, window, spare);
+    }
+}
+
+// The same for the window of src[x - anchor] ... src[x - anchor + length - 1], in pixels; the anchor lies within it.
 template <class Pick, class T, int Channels>
 void extremeRow(const T* src, T* dst, int width, int length, int anchor, T* spare)
 {
-    const Window window(length, anchor, width);
-    switch (window.size()) {
-    case 1: std::memcpy(dst, src, sizeof(T) * Channels * std::size_t(width)); break;
-    case 2: extremesOfFew<Pick, 2, Channels>(src, dst, width, window); break;
-    case 3: extremesOfFew<Pick, 3, Channels>(src, dst, width, window); break;
-    case 4: extremesOfFew<Pick, 4, Channels>(src, dst, width, window); break;
-    case kFewPixels: extremesOfFew<Pick, kFewPixels, Channels>(src, dst, width, window); break;
-    default: extremesOfMany<Pick, Channels>(src, dst, width, window, spare);
-    }
+    extremesOfWindows<Pick, Channels>(src, dst, width, Window(length, anchor, width), spare);
 }
 
 } // namespace zelcv
