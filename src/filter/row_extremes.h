@@ -47,56 +47,72 @@ struct FewPixels {
 
 // The first `count` pixels, whose windows are cut: dst[x] = the extreme of src[0] ... src[x + behind].
 template <class Pick, int Channels, class T>
-ZELCV_INLINE inline void extremesFromStart(const T* src, T* dst, int count, int width, int behind)
+ZELCV_INLINE inline void extremesFromStart(const T* src, T* dst, std::ptrdiff_t count, std::ptrdiff_t behind)
 {
     for (int c = 0; c < Channels; ++c) {
         T extreme = src[c];
         for (std::ptrdiff_t i = 1; i <= behind; ++i) extreme = Pick::of(extreme, src[i * Channels + c]);
         dst[c] = extreme;
-        for (std::ptrdiff_t x = 1; x < count; ++x) {
-            if (x + behind < width) extreme = Pick::of(extreme, src[(x + behind) * Channels + c]);
-            dst[x * Channels + c] = extreme;
-        }
+        for (std::ptrdiff_t x = 1; x < count; ++x)
+            dst[x * Channels + c] = extreme = Pick::of(extreme, src[(x + behind) * Channels + c]);
     }
 }
 
-// The pixels from `first` on: dst[x] = the extreme of src[x - before] ... src[width - 1].
+// The last `count` pixels of a row: dst[x] = the extreme of src[x - before] and all behind it. `end` is where the row ends.
 template <class Pick, int Channels, class T>
-ZELCV_INLINE inline void extremesToEnd(const T* src, T* dst, int first, int width, int before)
+ZELCV_INLINE inline void extremesToEnd(const T* srcEnd, T* dstEnd, std::ptrdiff_t count, std::ptrdiff_t before)
 {
     for (int c = 0; c < Channels; ++c) {
-        T extreme = src[std::ptrdiff_t(width - 1) * Channels + c];
-        for (std::ptrdiff_t x = width - 2; x >= width - 1 - before; --x) extreme = Pick::of(extreme, src[x * Channels + c]);
-        for (std::ptrdiff_t x = width - 1;;) {
-            dst[x * Channels + c] = extreme;
-            if (--x < first) break;
-            extreme = Pick::of(extreme, src[(x - before) * Channels + c]);
-        }
+        T extreme = srcEnd[c - Channels];
+        for (std::ptrdiff_t i = 2; i <= before + 1; ++i) extreme = Pick::of(extreme, srcEnd[c - i * Channels]);
+        dstEnd[c - Channels] = extreme;
+        for (std::ptrdiff_t x = 2; x <= count; ++x)
+            dstEnd[c - x * Channels] = extreme = Pick::of(extreme, srcEnd[c - (x + before) * Channels]);
     }
+}
+
+// The pixels whose windows of `taps` pixels are cut.
+template <class Pick, int taps, int Channels, class T>
+ZELCV_INLINE inline void extremesAtEnds(const T* src, T* dst, int width, int before)
+{
+    const std::ptrdiff_t n = width * std::ptrdiff_t(Channels);
+    const int behind = taps - 1 - before;
+    if (before > 0) extremesFromStart<Pick, Channels>(src, dst, before, behind);
+    if (behind > 0) extremesToEnd<Pick, Channels>(src + n, dst + n, behind, before);
+}
+template <class Pick, int taps, int Channels, class T>
+[[gnu::noinline]] void extremesAtOddEnds(const T* src, T* dst, int width, int before)
+{
+    extremesAtEnds<Pick, taps, Channels>(src, dst, width, before);
+}
+
+// A row that has no block of whole windows, with its first and last pixel repeated around it.
+template <class Pick, int taps, int Channels, class T>
+[[gnu::noinline]] void extremesOfNarrowRow(const T* src, T* dst, int width, int before)
+{
+    constexpr int around = (taps - 1) * Channels, most = kLanes<T> + around; // elements
+    T padded[around + most + kLanes<T>] = {}, extremes[most + kLanes<T>];
+    const int n = width * Channels, first = before * Channels;
+    for (int i = 0; i < first; ++i) padded[i] = src[i % Channels];
+    std::memcpy(padded + first, src, sizeof(T) * std::size_t(n));
+    for (int i = first + n; i < n + around; ++i) padded[i] = padded[i - Channels];
+    for (int i = 0; i < n; i += kLanes<T>)
+        store(extremes + i, FewPixels<Pick, taps, Channels, T>{padded}.template block<kLanes<T>>(i).part[0]);
+    std::memcpy(dst, extremes, sizeof(T) * std::size_t(n));
 }
 
 // dst[x] = the extreme of src[x - before] ... src[x - before + taps - 1].
 template <class Pick, int taps, int Channels, class T>
 void extremesOfFew(const T* src, T* dst, int width, int before)
 {
-    const auto cutWindows = [=](int first, int last) ZELCV_INLINE { // `first` pixels in front, `last` behind
-        if (first > 0) extremesFromStart<Pick, Channels>(src, dst, std::min(first, width), width, last);
-        if (last > 0) extremesToEnd<Pick, Channels>(src, dst, std::max(first, width - last), width, first);
-    };
+    const int n = (width - (taps - 1)) * Channels; // elements with whole windows
+    if (n < kLanes<T>) return extremesOfNarrowRow<Pick, taps, Channels>(src, dst, width, before);
     switch (before) {
-    case 0: cutWindows(0, taps - 1); break; // the same with what is known of the usual ones
-    case taps / 2: cutWindows(taps / 2, taps - 1 - taps / 2); break;
-    default: cutWindows(before, taps - 1 - before);
+    case 0: extremesAtEnds<Pick, taps, Channels>(src, dst, width, 0); break; // where the usual ones are constants
+    case taps / 2: extremesAtEnds<Pick, taps, Channels>(src, dst, width, taps / 2); break;
+    default: extremesAtOddEnds<Pick, taps, Channels>(src, dst, width, before);
     }
-    const int n = (width - (taps - 1)) * Channels;
-    dst += before * Channels;
-    if (n >= kLanes<T>)
-        mapRow(dst, n, [](auto block) ZELCV_INLINE { return block; }, FewPixels<Pick, taps, Channels, T>{src});
-    else
-        for (int i = 0; i < n; ++i) {
-            dst[i] = src[i];
-            for (int tap = 1; tap < taps; ++tap) dst[i] = Pick::of(dst[i], src[i + tap * Channels]);
-        }
+    mapRow(dst + before * Channels, n, [](auto block) ZELCV_INLINE { return block; }, FewPixels<Pick, taps, Channels, T>{src});
 }
 
 // ---- windows of many pixels
@@ -150,7 +166,7 @@ void extremesOfMany(const T* src, T* dst, int width, Window window, T* spare)
     const int lead = part - (window.behind + 1); // so many windows are shorter than their second part
     const int before = window.before - lead;     // from the second part back to the first
     int done = lead;
-    if (lead > 0) extremesFromStart<Pick, Channels>(src, dst, lead, width, window.behind);
+    if (lead > 0) extremesFromStart<Pick, Channels>(src, dst, lead, window.behind);
     if (before * Channels * int(sizeof(T)) <= kRepeatBytes)
         repeatFirstPixel<Channels>(parts, before);
     else
