@@ -150,31 +150,43 @@ constexpr int kRepeatBytes = 32;
 template <int Channels, class T>
 ZELCV_INLINE inline void repeatFirstPixel(T* row, int count)
 {
-    if constexpr (Channels == 1)
+    if constexpr (Channels == 1) {
         for (int i = 1; i <= kRepeatBytes / kVectorBytes; ++i) store(row - i * kLanes<T>, splat(*row));
-    else
-        for (int i = 1; i <= count * Channels; ++i) row[-i] = row[Channels - i];
+    } else {
+        T pixel[Channels];
+        std::memcpy(pixel, row, sizeof pixel);
+        for (int i = 1; i <= count; ++i) std::memcpy(row - i * Channels, pixel, sizeof pixel);
+    }
 }
 
-// A window is laid over by two parts of it: the one that starts with it, or with the row, and the one that ends with it.
+// A window is laid over by two parts of it: the one that starts with it, or with the row, and the one that ends with it. The
+// latter is cut where the window is shorter: at the first `lead` pixels.
+//
+// The first pixels of a row one by one, where their first parts cannot be had by repeating the first of `parts`.
+template <class Pick, int Channels, class T>
+[[gnu::noinline]] void extremesOfFirstPixels(const T* src, const T* parts, T* dst, Window window, int lead)
+{
+    if (lead > 0) extremesFromStart<Pick, Channels>(src, dst, lead, window.behind);
+    for (std::ptrdiff_t x = lead; x < window.before; ++x)
+        for (std::ptrdiff_t c = 0; c < Channels; ++c)
+            dst[x * Channels + c] = Pick::of(parts[c], parts[(x - lead) * Channels + c]);
+}
+
 template <class Pick, int Channels, class T>
 void extremesOfMany(const T* src, T* dst, int width, Window window, T* spare)
 {
     T* const parts = spare + kRepeatBytes / sizeof(T);
-    const int part = std::max(window.behind + 1, int((window.size() + 1) / 2));
-    extremesFromHere<Pick, Channels>(src, parts, width, part);
-    const int lead = part - (window.behind + 1); // so many windows are shorter than their second part
-    const int before = window.before - lead;     // from the second part back to the first
-    int done = lead;
-    if (lead > 0) extremesFromStart<Pick, Channels>(src, dst, lead, window.behind);
-    if (before * Channels * int(sizeof(T)) <= kRepeatBytes)
-        repeatFirstPixel<Channels>(parts, before);
-    else
-        for (; done < window.before; ++done)
-            for (std::ptrdiff_t c = 0; c < Channels; ++c)
-                dst[done * Channels + c] = Pick::of(parts[c], parts[(done - lead) * Channels + c]);
-    const std::ptrdiff_t ends = (done - lead) * std::ptrdiff_t(Channels), starts = ends - before * std::ptrdiff_t(Channels);
-    extremesOfTwo<Pick>(parts + starts, parts + ends, dst + done * std::ptrdiff_t(Channels), (width - done) * Channels);
+    const int lead = std::max(0, window.before - window.behind) / 2;
+    extremesFromHere<Pick, Channels>(src, parts, width, window.behind + 1 + lead);
+    const std::ptrdiff_t apart = (window.before - lead) * std::ptrdiff_t(Channels); // the starts of both parts
+    if (lead == 0 && apart * std::ptrdiff_t(sizeof(T)) <= kRepeatBytes) {
+        repeatFirstPixel<Channels>(parts, window.before);
+        extremesOfTwo<Pick>(parts - apart, parts, dst, width * Channels);
+    } else {
+        extremesOfFirstPixels<Pick, Channels>(src, parts, dst, window, lead);
+        const std::ptrdiff_t done = window.before * std::ptrdiff_t(Channels);
+        extremesOfTwo<Pick>(parts, parts + apart, dst + done, int(width * std::ptrdiff_t(Channels) - done));
+    }
 }
 
 // ---- all windows
