@@ -2,7 +2,9 @@
 #pragma once
 
 #include "extremes.h"
+#include "map.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <type_traits>
@@ -12,6 +14,22 @@ namespace zelcv {
 // Elements that must be readable from each place, however few are wanted.
 template <class T>
 constexpr int kSparseBlock = kLanes<T>;
+
+// Few places at once, without a list.
+template <class Pick, int count, class T>
+void extremesOfFewPlaces(const T* const* at, T start, T* dst, int n)
+{
+    const auto compare = [start](auto first, auto... rest) ZELCV_INLINE {
+        const auto pick = [](Vec<T> a, Vec<T> b) ZELCV_INLINE { return Pick::of(a, b); };
+        auto extreme = first;
+        if constexpr (!std::is_integral_v<T>) extreme.part[0] = pick(splat(start), first.part[0]);
+        ((extreme = forParts(pick, extreme, rest)), ...);
+        return extreme;
+    };
+    [&]<int... k>(std::integer_sequence<int, k...>) ZELCV_INLINE {
+        mapRow(dst, n, compare, elements(at[k])...);
+    }(std::make_integer_sequence<int, count>());
+}
 
 // The extremes of vectors from element i on, which stay in registers while the list of places runs.
 template <class Pick, int vectors, class T>
@@ -37,28 +55,35 @@ template <class Pick, class T>
 void extremesOfPlaces(const T* const* at, int count, T start, T* dst, int n)
 {
     constexpr int lanes = kLanes<T>;
-    const auto make = [=]<int vectors>(std::ptrdiff_t i, std::integral_constant<int, vectors>) ZELCV_INLINE {
-        Vec<T> extremes[vectors];
-        extremesOfPlacesAt<Pick>(i, at, count, start, extremes);
-        for (int v = 0; v < vectors; ++v) store(dst + i + v * lanes, extremes[v]);
-    };
-    constexpr std::integral_constant<int, 8> eight;
-    constexpr std::integral_constant<int, 4> four;
-    constexpr std::integral_constant<int, 2> two;
-    constexpr std::integral_constant<int, 1> one;
+    switch (count) {
+    case 1: return extremesOfFewPlaces<Pick, 1>(at, start, dst, n);
+    case 2: return extremesOfFewPlaces<Pick, 2>(at, start, dst, n);
+    case 3: return extremesOfFewPlaces<Pick, 3>(at, start, dst, n);
+    case 4: return extremesOfFewPlaces<Pick, 4>(at, start, dst, n);
+    }
     if (n < lanes) {
         Vec<T> extremes[1];
         extremesOfPlacesAt<Pick>(0, at, count, start, extremes);
         std::memcpy(dst, extremes, sizeof(T) * std::size_t(n));
         return;
     }
+    // Strips of eight vectors, then of four, two and one. What is left behind a strip is covered by another one of its size
+    // that overlaps it, where the next size would not do.
     std::ptrdiff_t i = 0;
-    for (; i <= n - 8 * lanes; i += 8 * lanes) make(i, eight);
-    // What is left, by as few vectors as cover it or as there are; the last ones overlap those before.
-    if (i <= n - 4 * lanes) make(i, four), i += 4 * lanes;
-    if (i <= n - 2 * lanes) make(i, two), i += 2 * lanes;
-    if (i <= n - lanes) make(i, one), i += lanes;
-    if (i < n) make(n - lanes, one);
+    const auto cover = [&]<int vectors>(std::integral_constant<int, vectors>) ZELCV_INLINE {
+        const auto make = [&](std::ptrdiff_t from) ZELCV_INLINE {
+            Vec<T> extremes[vectors];
+            extremesOfPlacesAt<Pick>(from, at, count, start, extremes);
+            for (int v = 0; v < vectors; ++v) store(dst + from + v * lanes, extremes[v]);
+        };
+        constexpr int elements = vectors * lanes;
+        if (n < elements) return;
+        for (; n - i > vectors / 2 * lanes; i += elements) make(std::min<std::ptrdiff_t>(i, n - elements));
+    };
+    cover(std::integral_constant<int, 8>());
+    cover(std::integral_constant<int, 4>());
+    cover(std::integral_constant<int, 2>());
+    cover(std::integral_constant<int, 1>());
 }
 
 } // namespace zelcv
