@@ -8,7 +8,8 @@
 #include "row_extremes.h"
 #include "scratch.h"
 
-#include <limits>
+#include <algorithm>
+#include <cstring>
 #include <utility>
 
 using namespace zelcv;

@@ -61,7 +61,7 @@ ZELCV_INLINE inline void extremesFromStart(const T* src, T* dst, std::ptrdiff_t 
     }
 }
 
-// The last `count` pixels of a row: dst[x] = the extreme of src[x - before] and all behind it. `end` is where the row ends.
+// The last `count` pixels of a row: dst[x] = the extreme of src[x - before] and all behind it. Rows are told by their ends.
 template <class Pick, int Channels, class T>
 ZELCV_INLINE inline void extremesToEnd(const T* srcEnd, T* dstEnd, std::ptrdiff_t count, std::ptrdiff_t before)
 {
@@ -120,7 +120,7 @@ void extremesOfFew(const T* src, T* dst, int width, int before)
 
 // ---- windows of many pixels
 
-// dst[i] = the extreme of a[i] and b[i]; dst may be a or b.
+// dst[i] = the extreme of a[i] and b[i]; dst may be a, with b behind it.
 template <class Pick, class T>
 void extremesOfTwo(const T* a, const T* b, T* dst, int n)
 {
@@ -148,7 +148,7 @@ ZELCV_INLINE inline void extremesFromHere(const T* src, T* dst, int width, int l
     }
 }
 
-// Repeats the first pixel of a row in front of it, `count` times or more, up to kRepeatBytes.
+// Repeats the first pixel of a row in front of it, `count` times or more, up to kRepeatBytes. There are so many bytes.
 constexpr int kRepeatBytes = 32;
 template <int Channels, class T>
 ZELCV_INLINE inline void repeatFirstPixel(T* row, int count)
