@@ -28,6 +28,7 @@ int main(int argc, char** argv)
     app::addDiffCommand(program);
     app::addFilterCommand(program);
     app::addSmoothCommand(program);
+    app::addRankCommand(program);
     app::addAverageCommand(program);
     app::addStatsCommand(program);
     app::addCompareCommand(program);

@@ -23,9 +23,11 @@
 
 #include "zelcv/arith.h"    /* absolute difference, accumulators */
 #include "zelcv/features.h" /* Canny edges, corner measures */
-#include "zelcv/filter.h"   /* row and column pipelines, derivatives, smoothing */
+#include "zelcv/filter.h"   /* row and column pipelines, derivatives */
 #include "zelcv/integral.h" /* integral images, deviations in rectangles, Haar classifiers */
 #include "zelcv/morph.h"    /* dilation, erosion and their like, reconstruction */
+#include "zelcv/rank.h"     /* minimum and maximum of rectangles */
+#include "zelcv/smooth.h"   /* box averages, Laplacians, Gauss filters */
 #include "zelcv/stats.h"    /* means, norms, minimum and maximum */
 
 #endif

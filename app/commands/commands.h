@@ -18,6 +18,7 @@ void addCornersCommand(CLI::App& program);
 void addDiffCommand(CLI::App& program);
 void addFilterCommand(CLI::App& program);
 void addSmoothCommand(CLI::App& program);
+void addRankCommand(CLI::App& program);
 void addAverageCommand(CLI::App& program);
 void addStatsCommand(CLI::App& program);
 void addCompareCommand(CLI::App& program);

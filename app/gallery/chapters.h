@@ -25,5 +25,6 @@ Section sequencesSection(const Source& source);
 Section haarSection(const Source& source);
 Section smoothingSection(const Source& source);
 Section cornersSection(const Source& source);
+Section rankSection(const Source& source);
 
 } // namespace app

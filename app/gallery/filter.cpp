@@ -275,7 +275,7 @@ Chapter filterChapter(const Source& source)
     return {"filter",
             "Filters",
             {derivativesSection(source), typesSection(source), smoothingSection(source), kernelsSection(source),
-             pipelinesSection(source), bordersSection(source), generatedSection(source)}};
+             pipelinesSection(source), bordersSection(source), generatedSection(source), rankSection(source)}};
 }
 
 } // namespace app

@@ -55,10 +55,13 @@ struct AsDoubles {
 
 // Vectors that a step of the inner loop makes where its operation is a simple one: the loop's own instructions count then.
 constexpr int kVectorsAtOnce = 16;
+// Blocks that a step makes of what is left behind that.
+constexpr int kBlocksAtEnd = 4;
 
 // dst = operation(sources...) for `count` elements. An operation makes a group of vectors from those of its sources: a block,
 // which is a whole vector of the narrowest element. Where a row is no multiple of that, its last block overlaps the one before
-// and is computed first; a row shorter than a block goes through padded copies. dst may be a source, element for element.
+// and is computed first; a row shorter than a block goes through padded copies. dst may be a source, element for element, or
+// lie in front of one.
 template <class D, class Operation, class... Sources>
 ZELCV_INLINE inline void mapRow(D* dst, int count, const Operation& operation, Sources... sources)
 {
@@ -81,11 +84,14 @@ ZELCV_INLINE inline void mapRow(D* dst, int count, const Operation& operation, S
     const std::ptrdiff_t last = count - kBlock;
     const auto lastBlock = blockAt(last);
     std::ptrdiff_t i = 0;
-    for (; i <= last - kBlocks * kBlock; i += kBlocks * kBlock)
-        [&]<int... k>(std::integer_sequence<int, k...>) ZELCV_INLINE {
-            (store(dst + i + k * kBlock, blockAt(i + k * kBlock)), ...);
-        }(std::make_integer_sequence<int, kBlocks>());
-    for (; i < last; i += kBlock) store(dst + i, blockAt(i));
+    const auto some = [&]<int... k>(std::integer_sequence<int, k...>) ZELCV_INLINE {
+        (store(dst + i + k * kBlock, blockAt(i + k * kBlock)), ...);
+        i += std::ptrdiff_t(sizeof...(k)) * kBlock;
+    };
+    while (i <= last - kBlocks * kBlock) some(std::make_integer_sequence<int, kBlocks>());
+    if constexpr (kBlocks > kBlocksAtEnd)
+        while (i <= last - kBlocksAtEnd * kBlock) some(std::make_integer_sequence<int, kBlocksAtEnd>());
+    while (i < last) some(std::make_integer_sequence<int, 1>());
     store(dst + last, lastBlock);
 }
 

@@ -150,6 +150,7 @@ class Program(unittest.TestCase):
                 (["smooth"], 640, 3), (["smooth", "--kind", "box", "--size", "5"], 640, 3),
                 (["smooth", "--kind", "laplacian"], 640, 1), (["corners"], 640, 3), (["corners", "--strength"], 640, 1),
                 (["corners", "--vectors", "--window", "5"], 640, 3),
+                (["rank", "--op", "range", "--width", "3"], 640, 3),
                 (["localdev", "--window", "9"], 640, 1), (["cascade", "--stages", BLOBS], 640, 3)]:
             with self.subTest(arguments):
                 *shape, rows = self.picture(*arguments)
@@ -166,6 +167,7 @@ class Program(unittest.TestCase):
                                     (["smooth", "--sigma", "3", "--border", "reflect"], width),
                                     (["smooth", "--kind", "laplacian", "--size", "5"], width),
                                     (["corners", "--strength", "--scharr"], width),
+                                    (["rank", "--op", "max", "--width", "10000"], width),
                                     (["localdev", "--window", "1"], width), (["average"], width)]:
                 with self.subTest((width, height, arguments[0])):
                     self.assertEqual((wide, height, 1), self.picture(arguments[0], "tiny.png", *arguments[1:])[:3])
@@ -212,6 +214,22 @@ class Program(unittest.TestCase):
                         self.assertEqual(wanted, self.picture(
                             "filter", "in.png", "--row", ",".join(map(str, row)), "--column", ",".join(map(str, column)),
                             "--divisor", "1", "--anchor", str(anchor), "--border", border, "--value", str(value), *mode)[3])
+
+    def test_rank_equals_its_definition(self):
+        numbers = random.Random(4)
+        width, height, across, down, x0, y0 = 7, 6, 4, 3, 3, 0
+        for channels, kind in [(1, 0), (3, 2)]:
+            src = [[[numbers.randrange(256) for _ in range(channels)] for _ in range(width)] for _ in range(height)]
+            self.path("in.png", png(width, height, kind, [sum(line, []) for line in src]))
+            values = [[[src[min(max(y - y0 + j, 0), height - 1)][min(max(x - x0 + i, 0), width - 1)][c]
+                        for i in range(across) for j in range(down)] for x in range(width) for c in range(channels)]
+                      for y in range(height)]
+            for operation, take in ("min", min), ("max", max), ("range", lambda all: max(all) - min(all)):
+                for mode in [], ["--float"]:
+                    with self.subTest((channels, operation, mode)):
+                        self.assertEqual([[take(window) for window in line] for line in values], self.picture(
+                            "rank", "in.png", "--op", operation, "--width", str(across), "--height", str(down),
+                            "--anchor-x", str(x0), "--anchor-y", str(y0), *mode)[3])
 
     def test_divisors(self):
         self.path("flat.png", gray_png([[200] * 8] * 8))
@@ -522,6 +540,11 @@ class Program(unittest.TestCase):
                 (["filter", *row, "--border", "none", *out], 2, "--border"),
                 (["filter", *row, "--value", "256", *out], 2, "--value"),
                 (["filter", "--row", ",".join(["32767"] * 300), *out], 1, "32 bits"),
+                *[(["rank", "good.png", *what, *out], status, message) for what, status, message in [
+                    (["--op", "mean", "--width", "3"], 2, "--op"), (["--op", "min"], 2, "--width is required"),
+                    (["--op", "min", "--width", "0"], 2, "--width"), (["--op", "max", "--width", "10001"], 2, "--width"),
+                    (["--op", "max", "--width", "5", "--anchor-x", "5"], 1, "--anchor-x 5 lies outside"),
+                    (["--op", "max", "--width", "5", "--height", "2", "--anchor-y", "2"], 1, "--anchor-y 2 lies outside")]],
                 (["gallery"], 2, "PLACES is required"), (["gallery", "good.png"], 1, "good.png: "),
                 (["gallery", "none.png", "new"], 1, "none"),
                 (["gallery", "folder", "--threads", "0"], 1, "--threads 0: ")]:
