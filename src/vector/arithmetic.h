@@ -5,6 +5,7 @@
 
 namespace zelcv {
 
+using isa::addSaturating;
 using isa::multiplyAddPairs;
 using isa::multiplyHigh;
 using isa::shiftLeft;

@@ -18,6 +18,11 @@ ZELCV_INLINE inline Vec<Zel16u> subtractSaturating(Vec<Zel16u> a, Vec<Zel16u> b)
     return Vec<Zel16u>(_mm_subs_epu16(__m128i(a), __m128i(b)));
 }
 
+ZELCV_INLINE inline Vec<Zel8u> addSaturating(Vec<Zel8u> a, Vec<Zel8u> b)
+{
+    return Vec<Zel8u>(_mm_adds_epu8(__m128i(a), __m128i(b)));
+}
+
 ZELCV_INLINE inline Vec<Zel32u> multiplyAddPairs(Vec<Zel16s> a, Vec<Zel16s> b)
 {
     return Vec<Zel32u>(_mm_madd_epi16(__m128i(a), __m128i(b)));
@@ -149,6 +154,22 @@ template <int count>
 ZELCV_INLINE inline Vec<Zel8u> shiftBytesUp(Vec<Zel8u> v)
 {
     return Vec<Zel8u>(_mm_slli_si128(__m128i(v), count));
+}
+template <int count>
+ZELCV_INLINE inline Vec<Zel8u> shiftBytesDown(Vec<Zel8u> v)
+{
+    return Vec<Zel8u>(_mm_srli_si128(__m128i(v), count));
+}
+
+template <int count>
+ZELCV_INLINE inline Vec<Zel8u> shiftAllUp(Vec<Zel8u> v)
+{
+    return shiftBytesUp<count>(v);
+}
+template <int count>
+ZELCV_INLINE inline Vec<Zel8u> shiftAllDown(Vec<Zel8u> v)
+{
+    return shiftBytesDown<count>(v);
 }
 
 } // namespace zelcv::sse2
