@@ -1,0 +1,356 @@
+// Gray dilation and erosion: the largest or smallest sum of a pixel and the mask element over it.
+//
+// The mask is taken in tiles of a few dozen elements. What an output row needs of a tile are pointers: where in which source
+// row each element reads. Elements of one value are neighbours in the list; the extreme of their pixels is found first and the
+// value added once, which comes to the same since additions keep the order. Blocks that reach over an end of the row read
+// copies with the border in place.
+#include "checks.h"
+#include "extremes.h"
+#include "plane.h"
+#include "scratch.h"
+#include "vector/vector.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+using namespace zelcv;
+
+// The mask stands behind the head, in rows without gaps.
+struct ZeliMorphGrayState {
+    void* grayMask;
+    Zel32s maskWidth, maskHeight;
+    Zel32s anchorX, anchorY;
+    Zel32s roiWidth, roiHeight; // the largest region
+};
+static_assert(sizeof(ZeliMorphGrayState) == 32);
+
+namespace {
+
+// ---- sums of pixels and an element
+
+// 8u. Sums are 32-bit integers, which wrap, and the result is limited to 0..255: so can each sum be, since that keeps the
+// order.
+class ByteSum {
+public:
+    using Pixel = Zel8u;
+    using Element = Zel32s;
+
+    ByteSum() = default;
+    explicit ByteSum(Element element)
+        : kind_(element > kLargest - 255 ? Kind::wrap : element < 0 ? Kind::subtract : Kind::add),
+          value_(splat(Zel8u(kind_ == Kind::wrap ? kLargest - element : std::abs(std::clamp(element, -255, 255)))))
+    {
+    }
+
+    // Calls use(sum), where sum(pixels) is a vector of sums.
+    template <class Use>
+    ZELCV_INLINE void apply(const Use& use) const
+    {
+        const Vec<Zel8u> value = value_;
+        switch (kind_) {
+        case Kind::add: return use([=](Vec<Zel8u> pixels) ZELCV_INLINE { return addSaturating(pixels, value); });
+        case Kind::subtract: return use([=](Vec<Zel8u> pixels) ZELCV_INLINE { return subtractSaturating(pixels, value); });
+        case Kind::wrap: // pixels above `value` make the sum negative
+            return use([=](Vec<Zel8u> pixels) ZELCV_INLINE { return Vec<Zel8u>(subtractSaturating(pixels, value) == 0); });
+        }
+    }
+
+    // Whether the sum of the largest pixel is the largest sum.
+    bool keepsOrder() const { return kind_ != Kind::wrap; }
+    static bool takesPart(Element) { return true; }
+    static bool dependsOnOrder(Element) { return false; }
+
+    template <class Extreme>
+    ZELCV_INLINE static Vec<Pixel> pixels(const Pixel* from)
+    {
+        return load(from);
+    }
+
+private:
+    enum class Kind { add, subtract, wrap };
+    static constexpr Element kLargest = std::numeric_limits<Element>::max();
+
+    Kind kind_;
+    Vec<Zel8u> value_;
+};
+
+// 32f. A sum that is not a number takes no part, and of zeros of both signs the first one is taken.
+class FloatSum {
+public:
+    using Pixel = Zel32f;
+    using Element = Zel32f;
+
+    FloatSum() = default;
+    explicit FloatSum(Element element) : value_(splat(element)) {}
+
+    template <class Use>
+    ZELCV_INLINE void apply(const Use& use) const
+    {
+        use([value = value_](Vec<Pixel> pixels) ZELCV_INLINE { return pixels + value; });
+    }
+
+    static bool keepsOrder() { return true; }
+    static bool takesPart(Element element) { return element == element; }
+    // A sum is a negative zero only with a negative zero in the mask.
+    static bool dependsOnOrder(Element element) { return element == 0 && std::signbit(element); }
+
+    // What is not a number gives way to the infinity that every number replaces.
+    template <class Extreme>
+    ZELCV_INLINE static Vec<Pixel> pixels(const Pixel* from)
+    {
+        constexpr Pixel infinity = std::numeric_limits<Pixel>::infinity();
+        return Extreme::of(load(from), splat(Extreme::template kStart<Pixel> < 0 ? -infinity : infinity));
+    }
+
+private:
+    Vec<Pixel> value_;
+};
+
+// ---- tiles
+
+// A part of a mask with at most kElements elements: rows of it, or a part of one row.
+template <class Sum>
+struct Tile {
+    static constexpr int kElements = 64;
+    using Element = typename Sum::Element;
+
+    // Elements of one value: `count` of the list, from `first` on.
+    struct Run {
+        Sum sum;
+        int first, count;
+    };
+
+    int firstRow, rows;       // offsets from the output row
+    int firstColumn, columns; // from the output pixel
+    int elements = 0, runs = 0;
+    std::array<std::array<int, 2>, kElements> place; // of each element, from the first row and column
+    std::array<Run, kElements> run;
+
+    Tile(const ZeliMorphGrayState& state, int maskRow, int maskRows, int maskColumn, int maskColumns)
+        : firstRow(maskRow - state.anchorY), rows(maskRows), firstColumn(maskColumn - state.anchorX), columns(maskColumns)
+    {
+        struct Entry {
+            Element value;
+            int y, x;
+        };
+        std::array<Entry, kElements> list;
+        bool sort = true;
+        for (int y = 0; y < rows; ++y)
+            for (int x = 0; x < columns; ++x) {
+                const auto* const mask = static_cast<const Element*>(state.grayMask);
+                const Element value = mask[std::ptrdiff_t(maskRow + y) * state.maskWidth + maskColumn + x];
+                if (!Sum::takesPart(value)) continue;
+                if (Sum::dependsOnOrder(value)) sort = false;
+                list[std::size_t(elements++)] = {value, y, x};
+            }
+        const auto end = list.begin() + elements;
+        if (sort) std::stable_sort(list.begin(), end, [](const Entry& a, const Entry& b) { return a.value < b.value; });
+        for (int i = 0; i < elements; ++i) {
+            const Entry& entry = list[std::size_t(i)];
+            place[std::size_t(i)] = {entry.y, entry.x};
+            const Sum sum(entry.value);
+            if (i > 0 && sort && sum.keepsOrder() && entry.value == list[std::size_t(i - 1)].value)
+                ++run[std::size_t(runs - 1)].count;
+            else
+                run[std::size_t(runs++)] = {sum, i, 1};
+        }
+    }
+};
+
+// Where each element of a tile reads the first pixel of a block.
+template <class T>
+using Sources = std::array<const T*, 64>;
+
+// Makes the extreme of what stands at dst and of the sums of one tile, for `kVectors` vectors of pixels that lie `x` pixels
+// behind the sources.
+template <class Extreme, class Sum, int kVectors, class T>
+ZELCV_INLINE inline void extremesOfBlock(const Tile<Sum>& tile, const Sources<T>& sources, std::ptrdiff_t x, T* dst)
+{
+    constexpr int lanes = kLanes<T>;
+    Vec<T> result[kVectors], best[kVectors];
+    for (int k = 0; k < kVectors; ++k) result[k] = load(dst + k * lanes);
+    for (int r = 0; r < tile.runs; ++r) {
+        const auto& run = tile.run[std::size_t(r)];
+        const T* const* source = sources.data() + run.first;
+        for (int k = 0; k < kVectors; ++k) best[k] = Sum::template pixels<Extreme>(*source + x + k * lanes);
+        for (int i = 1; i < run.count; ++i)
+            for (int k = 0; k < kVectors; ++k) best[k] = Extreme::of(load(source[i] + x + k * lanes), best[k]);
+        run.sum.apply([&](const auto& sum) ZELCV_INLINE {
+            for (int k = 0; k < kVectors; ++k) result[k] = Extreme::of(sum(best[k]), result[k]);
+        });
+    }
+    for (int k = 0; k < kVectors; ++k) store(dst + k * lanes, result[k]);
+}
+
+// dst = the extreme of dst and of the sums of one tile.
+template <class Extreme, class Sum, int kVectors, class T>
+void extremesOfTile(const Tile<Sum>& tile, Plane<const T> src, Plane<T> dst, ZeliSize roi)
+{
+    constexpr int kBlock = kVectors * kLanes<T>, kElements = Tile<Sum>::kElements;
+    T extended[kElements * (kBlock + 1)]; // for each row of the tile a block and the columns that follow its first pixel
+    T narrow[kBlock] = {};
+    Sources<T> sources;
+    const int stretch = kBlock + tile.columns - 1;
+    const auto rowOf = [&](int y, int row) {
+        return src.row(int(std::clamp<std::int64_t>(std::int64_t(y) + tile.firstRow + row, 0, roi.height - 1)));
+    };
+    // A block at `x` that reads beyond an end of the row.
+    const auto borderBlock = [&](int y, int x, T* out) {
+        const std::int64_t start = std::int64_t(x) + tile.firstColumn;
+        const int before = int(std::clamp<std::int64_t>(-start, 0, stretch));
+        const int inside = int(std::clamp<std::int64_t>(roi.width - start - before, 0, stretch - before));
+        for (int row = 0; row < tile.rows; ++row) {
+            const T* const from = rowOf(y, row);
+            T* const to = extended + row * stretch;
+            std::fill_n(to, before, from[0]);
+            if (inside > 0) std::memcpy(to + before, from + (start + before), sizeof(T) * std::size_t(inside));
+            std::fill_n(to + before + inside, stretch - before - inside, from[roi.width - 1]);
+        }
+        Sources<T> copies;
+        for (int i = 0; i < tile.elements; ++i) {
+            const auto [row, column] = tile.place[std::size_t(i)];
+            copies[std::size_t(i)] = extended + row * stretch + column;
+        }
+        extremesOfBlock<Extreme, Sum, kVectors>(tile, copies, 0, out);
+    };
+
+    for (int y = 0; y < roi.height; ++y) {
+        T* const out = dst.row(y);
+        if (roi.width < kBlock) {
+            std::memcpy(narrow, out, sizeof(T) * std::size_t(roi.width));
+            borderBlock(y, 0, narrow);
+            std::memcpy(out, narrow, sizeof(T) * std::size_t(roi.width));
+            continue;
+        }
+        for (int i = 0; i < tile.elements; ++i) {
+            const auto [row, column] = tile.place[std::size_t(i)];
+            sources[std::size_t(i)] = rowOf(y, row) + (std::ptrdiff_t(tile.firstColumn) + column);
+        }
+        // The last block overlaps the one before: what has been taken into account changes nothing.
+        for (int x = 0; x < roi.width; x += kBlock) {
+            const int at = std::min(x, roi.width - kBlock);
+            const std::int64_t start = std::int64_t(at) + tile.firstColumn;
+            if (start >= 0 && start + stretch <= roi.width)
+                extremesOfBlock<Extreme, Sum, kVectors>(tile, sources, at, out + at);
+            else
+                borderBlock(y, at, out + at);
+        }
+    }
+}
+
+template <class Extreme, class Sum>
+void extremesOfSums(Plane<const typename Sum::Pixel> src, Plane<typename Sum::Pixel> dst, ZeliSize roi,
+                    const ZeliMorphGrayState& state)
+{
+    using T = typename Sum::Pixel;
+    constexpr int kVectors = 4, kElements = Tile<Sum>::kElements;
+    for (int y = 0; y < roi.height; ++y) std::fill_n(dst.row(y), roi.width, Extreme::template kStart<T>);
+    const int columns = std::min(state.maskWidth, kElements), rows = kElements / columns;
+    for (int y = 0; y < state.maskHeight; y += std::min(rows, state.maskHeight - y))
+        for (int x = 0; x < state.maskWidth; x += std::min(columns, state.maskWidth - x)) {
+            const Tile<Sum> tile(state, y, std::min(rows, state.maskHeight - y), x, std::min(columns, state.maskWidth - x));
+            if (roi.width >= kVectors * kLanes<T>)
+                extremesOfTile<Extreme, Sum, kVectors>(tile, src, dst, roi);
+            else
+                extremesOfTile<Extreme, Sum, 1>(tile, src, dst, roi);
+        }
+}
+
+// ---- drivers
+
+template <class Extreme, class Sum>
+ZelStatus grayMorphology(Plane<const typename Sum::Pixel> src, Plane<typename Sum::Pixel> dst, ZeliSize roi,
+                         ZeliBorderType border, const ZeliMorphGrayState* state)
+{
+    if (auto status = checkPointers(src.data, dst.data, state)) return status;
+    if (auto status = checkSize(roi)) return status;
+    if (auto status = checkSteps(roi.width, src, dst)) return status;
+    if (border != zeliBorderReplicate) return zelStatusBadArgument;
+    if (roi.width > state->roiWidth || roi.height > state->roiHeight) return zelStatusBadSize;
+    extremesOfSums<Extreme, Sum>(src, dst, roi, *state);
+    return zelStatusOk;
+}
+
+template <class Element, class State>
+ZelStatus checkMask(const State* state, ZeliSize roi, const Element* mask, ZeliSize maskSize, ZeliPoint anchor)
+{
+    if (auto status = checkPointers(mask, state)) return status;
+    if (auto status = checkSize(roi)) return status;
+    if (auto status = checkSize(maskSize)) return status;
+    const bool inside = anchor.x >= 0 && anchor.x < maskSize.width && anchor.y >= 0 && anchor.y < maskSize.height;
+    return inside ? zelStatusOk : zelStatusBadAnchor;
+}
+
+template <class Element>
+void fillState(ZeliMorphGrayState* state, ZeliSize roi, const Element* mask, ZeliSize maskSize, ZeliPoint anchor)
+{
+    *state = {state + 1, maskSize.width, maskSize.height, anchor.x, anchor.y, roi.width, roi.height};
+    std::memcpy(state->grayMask, mask, sizeof(Element) * std::size_t(maskSize.width) * std::size_t(maskSize.height));
+}
+
+template <class Element>
+ZelStatus initGray(ZeliMorphGrayState* state, ZeliSize roi, const Element* mask, ZeliSize maskSize, ZeliPoint anchor)
+{
+    if (auto status = checkMask(state, roi, mask, maskSize, anchor)) return status;
+    fillState(state, roi, mask, maskSize, anchor);
+    return zelStatusOk;
+}
+
+template <class Element>
+ZelStatus initAllocGray(ZeliMorphGrayState** state, ZeliSize roi, const Element* mask, ZeliSize maskSize, ZeliPoint anchor)
+{
+    if (auto status = checkMask(state, roi, mask, maskSize, anchor)) return status;
+    constexpr std::int64_t kHead = sizeof(ZeliMorphGrayState) / sizeof(Element);
+    auto* const block = ownMalloc<Element>(std::int64_t(maskSize.width) * maskSize.height + kHead);
+    if (!block) return zelStatusNoMemory;
+    *state = reinterpret_cast<ZeliMorphGrayState*>(block);
+    fillState(*state, roi, mask, maskSize, anchor);
+    return zelStatusOk;
+}
+
+ZelStatus freeGray(ZeliMorphGrayState* state)
+{
+    if (auto status = checkPointers(state)) return status;
+    zelFree(state);
+    return zelStatusOk;
+}
+
+} // namespace
+
+// Elements of 4 bytes, whatever their type: this is the 8u function too.
+ZelStatus zeliMorphGrayGetSize_32f_C1R(ZeliSize roiSize, const Zel32f* mask, ZeliSize maskSize, Zel32s* size)
+{
+    if (auto status = checkPointers(mask, size)) return status;
+    if (auto status = checkSize(roiSize)) return status;
+    if (auto status = checkSize(maskSize)) return status;
+    *size = (Wrapped(4) * maskSize.width * maskSize.height + int(sizeof(ZeliMorphGrayState))).value();
+    return zelStatusOk;
+}
+
+#define GRAY(type, Sum)                                                                                                   \
+    ZelStatus zeliMorphGrayInit_##type##_C1R(ZeliMorphGrayState* state, ZeliSize roiSize, const Sum::Element* mask,       \
+                                             ZeliSize maskSize, ZeliPoint anchor)                                         \
+    {                                                                                                                     \
+        return initGray(state, roiSize, mask, maskSize, anchor);                                                          \
+    }                                                                                                                     \
+    ZelStatus zeliMorphGrayInitAlloc_##type##_C1R(ZeliMorphGrayState** state, ZeliSize roiSize, const Sum::Element* mask, \
+                                                  ZeliSize maskSize, ZeliPoint anchor)                                    \
+    {                                                                                                                     \
+        return initAllocGray(state, roiSize, mask, maskSize, anchor);                                                     \
+    }                                                                                                                     \
+    ZelStatus zeliMorphGrayFree_##type##_C1R(ZeliMorphGrayState* state) { return freeGray(state); }                       \
+    GRAY_OPERATION(Largest, Sum, zeliGrayDilateBorder_##type##_C1R)                                                       \
+    GRAY_OPERATION(Smallest, Sum, zeliGrayErodeBorder_##type##_C1R)
+
+#define GRAY_OPERATION(Extreme, Sum, name)                                                                                \
+    ZelStatus name(const Sum::Pixel* src, int srcStep, Sum::Pixel* dst, int dstStep, ZeliSize roiSize,                    \
+                   ZeliBorderType border, const ZeliMorphGrayState* state)                                                \
+    {                                                                                                                     \
+        return grayMorphology<Extreme, Sum>({src, srcStep}, {dst, dstStep}, roiSize, border, state);                      \
+    }
+
+GRAY(8u, ByteSum)
+GRAY(32f, FloatSum)
