@@ -65,6 +65,53 @@ ZELCV_API ZelStatus zeliGrayErodeBorder_8u_C1R(const Zel8u* src, int srcStep, Ze
 ZELCV_API ZelStatus zeliGrayErodeBorder_32f_C1R(const Zel32f* src, int srcStep, Zel32f* dst, int dstStep,
         ZeliSize roiSize, ZeliBorderType border, const ZeliMorphGrayState* state);
 
+/* ==== Reconstruction =============================================================================================
+ *
+ * Lets a marker grow under a mask image until nothing changes:
+ *
+ *   Dilate   marker = min(dilation of marker, mask), again and again
+ *   Erode    marker = max(erosion of marker, mask), again and again
+ *
+ * with the neighbours that the norm tells. Fills holes, clears objects at the border, finds domes and basins. A marker that
+ * lies beyond the mask somewhere is cut back to it first.
+ *
+ * Of floats, a zero in the result is +0; a marker element that is not a number counts as nothing, a mask element that is not
+ * a number sets no limit.
+ *
+ *   src             the mask image
+ *   srcDst          the marker, which becomes the result; it must not overlap src
+ *   ...Step         bytes from row to row
+ *   roiSize         region in pixels
+ *   buffer          as many bytes as GetBufferSize says; one buffer serves one call at a time
+ *   norm            zeliNormInf: eight neighbours; zeliNormL1: four
+ * Errors, in this order: null src, srcDst, buffer -8; width or height below 1 -6; a step below a row -14; a step not a
+ * multiple of its element -108; another norm -5. From 11 rows and columns on it runs on two threads.
+ */
+
+/* Bytes of scratch. Null size -8; width or height below 1 -6. */
+ZELCV_API ZelStatus zeliMorphReconstructGetBufferSize_8u_C1(ZeliSize roiSize, Zel32s* size);
+ZELCV_API ZelStatus zeliMorphReconstructGetBufferSize_16u_C1(ZeliSize roiSize, Zel32s* size);
+ZELCV_API ZelStatus zeliMorphReconstructGetBufferSize_32f_C1(ZeliSize roiSize, Zel32s* size);
+ZELCV_API ZelStatus zeliMorphReconstructGetBufferSize_64f_C1(ZeliSize roiSize, Zel32s* size);
+
+ZELCV_API ZelStatus zeliMorphReconstructDilate_8u_C1IR(const Zel8u* src, int srcStep, Zel8u* srcDst, int srcDstStep,
+        ZeliSize roiSize, Zel8u* buffer, ZeliNormType norm);
+ZELCV_API ZelStatus zeliMorphReconstructDilate_16u_C1IR(const Zel16u* src, int srcStep, Zel16u* srcDst,
+        int srcDstStep, ZeliSize roiSize, Zel8u* buffer, ZeliNormType norm);
+ZELCV_API ZelStatus zeliMorphReconstructDilate_32f_C1IR(const Zel32f* src, int srcStep, Zel32f* srcDst,
+        int srcDstStep, ZeliSize roiSize, Zel8u* buffer, ZeliNormType norm);
+ZELCV_API ZelStatus zeliMorphReconstructDilate_64f_C1IR(const Zel64f* src, int srcStep, Zel64f* srcDst,
+        int srcDstStep, ZeliSize roiSize, Zel8u* buffer, ZeliNormType norm);
+
+ZELCV_API ZelStatus zeliMorphReconstructErode_8u_C1IR(const Zel8u* src, int srcStep, Zel8u* srcDst, int srcDstStep,
+        ZeliSize roiSize, Zel8u* buffer, ZeliNormType norm);
+ZELCV_API ZelStatus zeliMorphReconstructErode_16u_C1IR(const Zel16u* src, int srcStep, Zel16u* srcDst,
+        int srcDstStep, ZeliSize roiSize, Zel8u* buffer, ZeliNormType norm);
+ZELCV_API ZelStatus zeliMorphReconstructErode_32f_C1IR(const Zel32f* src, int srcStep, Zel32f* srcDst,
+        int srcDstStep, ZeliSize roiSize, Zel8u* buffer, ZeliNormType norm);
+ZELCV_API ZelStatus zeliMorphReconstructErode_64f_C1IR(const Zel64f* src, int srcStep, Zel64f* srcDst,
+        int srcDstStep, ZeliSize roiSize, Zel8u* buffer, ZeliNormType norm);
+
 #ifdef __cplusplus
 }
 #endif
