@@ -24,6 +24,9 @@ int main(int argc, char** argv)
     program.require_subcommand(1);
     app::addEdgesCommand(program);
     app::addGradientCommand(program);
+    app::addColourGradientCommand(program);
+    app::addGrayMorphCommand(program);
+    app::addReconstructCommand(program);
     app::addDiffCommand(program);
     app::addFilterCommand(program);
     app::addAverageCommand(program);

@@ -23,5 +23,8 @@ Chapter featuresChapter(const Source& source);
 // Sections of them that stand in files of their own.
 Section sequencesSection(const Source& source);
 Section haarSection(const Source& source);
+Section graySection(const Source& source);
+Section reconstructSection(const Source& source);
+Section colourGradientSection(const Source& source);
 
 } // namespace app
