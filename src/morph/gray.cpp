@@ -147,7 +147,7 @@ struct Tile {
                 list[std::size_t(elements++)] = {value, y, x};
             }
         const auto end = list.begin() + elements;
-        if (sort) std::stable_sort(list.begin(), end, [](const Entry& a, const Entry& b) { return a.value < b.value; });
+        if (sort) std::sort(list.begin(), end, [](const Entry& a, const Entry& b) { return a.value < b.value; });
         for (int i = 0; i < elements; ++i) {
             const Entry& entry = list[std::size_t(i)];
             place[std::size_t(i)] = {entry.y, entry.x};
@@ -176,8 +176,8 @@ ZELCV_INLINE inline void extremesOfBlock(const Tile<Sum>& tile, const Sources<T>
         const auto& run = tile.run[std::size_t(r)];
         const T* const* source = sources.data() + run.first;
         for (int k = 0; k < kVectors; ++k) best[k] = Sum::template pixels<Extreme>(*source + x + k * lanes);
-        for (int i = 1; i < run.count; ++i)
-            for (int k = 0; k < kVectors; ++k) best[k] = Extreme::of(load(source[i] + x + k * lanes), best[k]);
+        for (const T* const* const end = source + run.count; ++source != end;)
+            for (int k = 0; k < kVectors; ++k) best[k] = Extreme::of(load(*source + x + k * lanes), best[k]);
         run.sum.apply([&](const auto& sum) ZELCV_INLINE {
             for (int k = 0; k < kVectors; ++k) result[k] = Extreme::of(sum(best[k]), result[k]);
         });
@@ -185,68 +185,111 @@ ZELCV_INLINE inline void extremesOfBlock(const Tile<Sum>& tile, const Sources<T>
     for (int k = 0; k < kVectors; ++k) store(dst + k * lanes, result[k]);
 }
 
+// The rows of one tile under an output row, and blocks of that which read beyond an end of them.
+template <class Sum, int kVectors>
+class TileRows {
+public:
+    using T = typename Sum::Pixel;
+    static constexpr int kBlock = kVectors * kLanes<T>;
+
+    TileRows(const Tile<Sum>& tile, Plane<const T> src, ZeliSize roi)
+        : tile_(tile), src_(src), roi_(roi), stretch_(kBlock + tile.columns - 1)
+    {
+        for (int i = 0; i < tile.elements; ++i) {
+            const auto [row, column] = tile.place[std::size_t(i)];
+            copies_[std::size_t(i)] = extended_ + row * stretch_ + column;
+        }
+    }
+
+    void moveTo(int y)
+    {
+        for (int row = 0; row < tile_.rows; ++row)
+            rows_[row] = src_.row(int(std::clamp<std::int64_t>(std::int64_t(y) + tile_.firstRow + row, 0, roi_.height - 1)));
+        for (int i = 0; i < tile_.elements; ++i) {
+            const auto [row, column] = tile_.place[std::size_t(i)];
+            sources_[std::size_t(i)] = rows_[row] + (std::ptrdiff_t(tile_.firstColumn) + column);
+        }
+    }
+
+    // Pointers for blocks that read within the rows.
+    bool isInside(int x) const
+    {
+        const std::int64_t start = std::int64_t(x) + tile_.firstColumn;
+        return start >= 0 && start + stretch_ <= roi_.width;
+    }
+    const Sources<T>& sources() const { return sources_; }
+
+    // Pointers for the block at `x`, into copies with what stands outside.
+    const Sources<T>& extendedAt(int x)
+    {
+        const std::int64_t start = std::int64_t(x) + tile_.firstColumn;
+        const int before = int(std::clamp<std::int64_t>(-start, 0, stretch_));
+        const int inside = int(std::clamp<std::int64_t>(roi_.width - start - before, 0, stretch_ - before));
+        for (int row = 0; row < tile_.rows; ++row) {
+            T* const to = extended_ + row * stretch_;
+            for (int i = 0; i < before; ++i) to[i] = rows_[row][0];
+            if (inside > 0) copyPixels(to + before, rows_[row] + (start + before), inside);
+            for (int i = before + inside; i < stretch_; ++i) to[i] = rows_[row][roi_.width - 1];
+        }
+        return copies_;
+    }
+
+private:
+    // The last vector overlaps the one before.
+    static void copyPixels(T* to, const T* from, int count)
+    {
+        const int last = count - kLanes<T>;
+        if (last < 0) {
+            std::memcpy(to, from, sizeof(T) * std::size_t(count));
+            return;
+        }
+        for (int i = 0; i < last; i += kLanes<T>) store(to + i, load(from + i));
+        store(to + last, load(from + last));
+    }
+
+    const Tile<Sum>& tile_;
+    Plane<const T> src_;
+    ZeliSize roi_;
+    int stretch_; // a block, and the columns that follow its first pixel
+    Sources<T> sources_, copies_;
+    const T* rows_[Tile<Sum>::kElements];
+    T extended_[Tile<Sum>::kElements * (kBlock + 1)];
+};
+
 // dst = the extreme of dst and of the sums of one tile.
 template <class Extreme, class Sum, int kVectors, class T>
 void extremesOfTile(const Tile<Sum>& tile, Plane<const T> src, Plane<T> dst, ZeliSize roi)
 {
-    constexpr int kBlock = kVectors * kLanes<T>, kElements = Tile<Sum>::kElements;
-    T extended[kElements * (kBlock + 1)]; // for each row of the tile a block and the columns that follow its first pixel
-    T narrow[kBlock] = {};
-    Sources<T> sources;
-    const int stretch = kBlock + tile.columns - 1;
-    const auto rowOf = [&](int y, int row) {
-        return src.row(int(std::clamp<std::int64_t>(std::int64_t(y) + tile.firstRow + row, 0, roi.height - 1)));
-    };
-    // A block at `x` that reads beyond an end of the row.
-    const auto borderBlock = [&](int y, int x, T* out) {
-        const std::int64_t start = std::int64_t(x) + tile.firstColumn;
-        const int before = int(std::clamp<std::int64_t>(-start, 0, stretch));
-        const int inside = int(std::clamp<std::int64_t>(roi.width - start - before, 0, stretch - before));
-        for (int row = 0; row < tile.rows; ++row) {
-            const T* const from = rowOf(y, row);
-            T* const to = extended + row * stretch;
-            std::fill_n(to, before, from[0]);
-            if (inside > 0) std::memcpy(to + before, from + (start + before), sizeof(T) * std::size_t(inside));
-            std::fill_n(to + before + inside, stretch - before - inside, from[roi.width - 1]);
-        }
-        Sources<T> copies;
-        for (int i = 0; i < tile.elements; ++i) {
-            const auto [row, column] = tile.place[std::size_t(i)];
-            copies[std::size_t(i)] = extended + row * stretch + column;
-        }
-        extremesOfBlock<Extreme, Sum, kVectors>(tile, copies, 0, out);
-    };
-
+    constexpr int kBlock = kVectors * kLanes<T>;
+    TileRows<Sum, kVectors> rows(tile, src, roi);
     for (int y = 0; y < roi.height; ++y) {
-        T* const out = dst.row(y);
+        rows.moveTo(y);
         if (roi.width < kBlock) {
-            std::memcpy(narrow, out, sizeof(T) * std::size_t(roi.width));
-            borderBlock(y, 0, narrow);
-            std::memcpy(out, narrow, sizeof(T) * std::size_t(roi.width));
+            T narrow[kBlock] = {};
+            std::memcpy(narrow, dst.row(y), sizeof(T) * std::size_t(roi.width));
+            extremesOfBlock<Extreme, Sum, kVectors>(tile, rows.extendedAt(0), 0, narrow);
+            std::memcpy(dst.row(y), narrow, sizeof(T) * std::size_t(roi.width));
             continue;
         }
-        for (int i = 0; i < tile.elements; ++i) {
-            const auto [row, column] = tile.place[std::size_t(i)];
-            sources[std::size_t(i)] = rowOf(y, row) + (std::ptrdiff_t(tile.firstColumn) + column);
-        }
         // The last block overlaps the one before: what has been taken into account changes nothing.
-        for (int x = 0; x < roi.width; x += kBlock) {
-            const int at = std::min(x, roi.width - kBlock);
-            const std::int64_t start = std::int64_t(at) + tile.firstColumn;
-            if (start >= 0 && start + stretch <= roi.width)
-                extremesOfBlock<Extreme, Sum, kVectors>(tile, sources, at, out + at);
-            else
-                borderBlock(y, at, out + at);
+        for (int next = 0; next < roi.width; next += kBlock) {
+            const int x = std::min(next, roi.width - kBlock);
+            const bool inside = rows.isInside(x);
+            extremesOfBlock<Extreme, Sum, kVectors>(tile, inside ? rows.sources() : rows.extendedAt(x), inside ? x : 0,
+                                                    dst.row(y) + x);
         }
     }
 }
+
+// Vectors of a block: as many as registers hold twice.
+constexpr int kByteVectors = kVectorBytes == 16 ? 6 : 4;
 
 template <class Extreme, class Sum>
 void extremesOfSums(Plane<const typename Sum::Pixel> src, Plane<typename Sum::Pixel> dst, ZeliSize roi,
                     const ZeliMorphGrayState& state)
 {
     using T = typename Sum::Pixel;
-    constexpr int kVectors = 4, kElements = Tile<Sum>::kElements;
+    constexpr int kVectors = sizeof(T) == 1 ? kByteVectors : 4, kElements = Tile<Sum>::kElements;
     for (int y = 0; y < roi.height; ++y) std::fill_n(dst.row(y), roi.width, Extreme::template kStart<T>);
     const int columns = std::min(state.maskWidth, kElements), rows = kElements / columns;
     for (int y = 0; y < state.maskHeight; y += std::min(rows, state.maskHeight - y))

@@ -42,6 +42,18 @@ inline Vec<Zel8u> addSaturating(Vec<Zel8u> a, Vec<Zel8u> b)
     return lanes<Zel8u>([=](int i) { return Zel8u(a[i] + b[i] < 255 ? a[i] + b[i] : 255); });
 }
 
+// The smaller of each, and the larger; b where either is NaN, and of zeros.
+template <class V>
+inline V minimum(V a, V b)
+{
+    return a < b ? a : b;
+}
+template <class V>
+inline V maximum(V a, V b)
+{
+    return a > b ? a : b;
+}
+
 // a[2i] * b[2i] + a[2i + 1] * b[2i + 1], wrapping at 32 bits.
 inline Vec<Zel32u> multiplyAddPairs(Vec<Zel16s> a, Vec<Zel16s> b)
 {

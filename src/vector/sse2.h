@@ -23,6 +23,11 @@ ZELCV_INLINE inline Vec<Zel8u> addSaturating(Vec<Zel8u> a, Vec<Zel8u> b)
     return Vec<Zel8u>(_mm_adds_epu8(__m128i(a), __m128i(b)));
 }
 
+ZELCV_INLINE inline Vec<Zel32f> minimum(Vec<Zel32f> a, Vec<Zel32f> b) { return _mm_min_ps(a, b); }
+ZELCV_INLINE inline Vec<Zel64f> minimum(Vec<Zel64f> a, Vec<Zel64f> b) { return _mm_min_pd(a, b); }
+ZELCV_INLINE inline Vec<Zel32f> maximum(Vec<Zel32f> a, Vec<Zel32f> b) { return _mm_max_ps(a, b); }
+ZELCV_INLINE inline Vec<Zel64f> maximum(Vec<Zel64f> a, Vec<Zel64f> b) { return _mm_max_pd(a, b); }
+
 ZELCV_INLINE inline Vec<Zel32u> multiplyAddPairs(Vec<Zel16s> a, Vec<Zel16s> b)
 {
     return Vec<Zel32u>(_mm_madd_epi16(__m128i(a), __m128i(b)));

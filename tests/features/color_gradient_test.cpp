@@ -78,7 +78,7 @@ TEST(ColorGradient16u, RootsAtTheirBounds)
 {
     Random random(3);
     Image<Zel16u> src(random, 3 * 1000, 300); // nearly equal channels, whose mean of squares is near a half root
-    src.fill([&](int x, int y) { return std::clamp((x / 3 + 1000 * y) * 65535 / 300000 + random.between(-1, 1), 0, 65535); });
+    src.fill([&](int x, int y) { return std::clamp(int((x / 3 + 1000 * y) * 0.21845) + random.between(-1, 1), 0, 65535); });
     expectDefinition(random, src);
 }
 

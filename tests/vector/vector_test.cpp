@@ -82,6 +82,10 @@ TEST(Vector, OperationsOfTheInstructionSetAreThoseOfPlainVectors)
     COMPARE(subtractSaturating, Zel8u, Zel8u);
     COMPARE(subtractSaturating, Zel16u, Zel16u);
     COMPARE(addSaturating, Zel8u, Zel8u);
+    COMPARE(minimum, Zel32f, Zel32f);
+    COMPARE(minimum, Zel64f, Zel64f);
+    COMPARE(maximum, Zel32f, Zel32f);
+    COMPARE(maximum, Zel64f, Zel64f);
     COMPARE(multiplyAddPairs, Zel16s, Zel16s);
     COMPARE(multiplyHigh, Zel16s, Zel16s);
     COMPARE(multiplyHigh, Zel16u, Zel16u);
