@@ -29,37 +29,33 @@ static_assert(sizeof(ZeliMorphGrayState) == 32);
 
 namespace {
 
-// ---- sums of pixels and an element
+// ---- sums of pixels and an element, by kinds of elements that rise with their value
 
 // 8u. Sums are 32-bit integers, which wrap, and the result is limited to 0..255: so can each sum be, since that keeps the
 // order.
-class ByteSum {
-public:
+struct ByteSum {
     using Pixel = Zel8u;
     using Element = Zel32s;
 
-    ByteSum() = default;
-    explicit ByteSum(Element element)
-        : kind_(element > kLargest - 255 ? Kind::wrap : element < 0 ? Kind::subtract : Kind::add),
-          value_(splat(Zel8u(kind_ == Kind::wrap ? kLargest - element : std::abs(std::clamp(element, -255, 255)))))
+    enum Kind { subtract, add, wrap, kKinds };
+    static Kind kindOf(Element element) { return element < 0 ? subtract : element > kLargest - 255 ? wrap : add; }
+    static Pixel valueOf(Element element)
     {
+        return Pixel(kindOf(element) == wrap ? kLargest - element : std::abs(std::clamp(element, -255, 255)));
     }
-
-    // Calls use(sum), where sum(pixels) is a vector of sums.
-    template <class Use>
-    ZELCV_INLINE void apply(const Use& use) const
+    template <int kind>
+    ZELCV_INLINE static Vec<Pixel> of(Vec<Pixel> pixels, Vec<Pixel> value)
     {
-        const Vec<Zel8u> value = value_;
-        switch (kind_) {
-        case Kind::add: return use([=](Vec<Zel8u> pixels) ZELCV_INLINE { return addSaturating(pixels, value); });
-        case Kind::subtract: return use([=](Vec<Zel8u> pixels) ZELCV_INLINE { return subtractSaturating(pixels, value); });
-        case Kind::wrap: // pixels above `value` make the sum negative
-            return use([=](Vec<Zel8u> pixels) ZELCV_INLINE { return Vec<Zel8u>(subtractSaturating(pixels, value) == 0); });
-        }
+        if constexpr (kind == subtract)
+            return subtractSaturating(pixels, value);
+        else if constexpr (kind == add)
+            return addSaturating(pixels, value);
+        else
+            return Vec<Pixel>(subtractSaturating(pixels, value) == 0); // pixels above make the sum negative
     }
 
     // Whether the sum of the largest pixel is the largest sum.
-    bool keepsOrder() const { return kind_ != Kind::wrap; }
+    static bool keepsOrder(Element element) { return kindOf(element) != wrap; }
     static bool takesPart(Element) { return true; }
     static bool dependsOnOrder(Element) { return false; }
 
@@ -70,29 +66,24 @@ public:
     }
 
 private:
-    enum class Kind { add, subtract, wrap };
     static constexpr Element kLargest = std::numeric_limits<Element>::max();
-
-    Kind kind_;
-    Vec<Zel8u> value_;
 };
 
 // 32f. A sum that is not a number takes no part, and of zeros of both signs the first one is taken.
-class FloatSum {
-public:
+struct FloatSum {
     using Pixel = Zel32f;
     using Element = Zel32f;
 
-    FloatSum() = default;
-    explicit FloatSum(Element element) : value_(splat(element)) {}
-
-    template <class Use>
-    ZELCV_INLINE void apply(const Use& use) const
+    enum Kind { any, kKinds };
+    static Kind kindOf(Element) { return any; }
+    static Pixel valueOf(Element element) { return element; }
+    template <int>
+    ZELCV_INLINE static Vec<Pixel> of(Vec<Pixel> pixels, Vec<Pixel> value)
     {
-        use([value = value_](Vec<Pixel> pixels) ZELCV_INLINE { return pixels + value; });
+        return pixels + value;
     }
 
-    static bool keepsOrder() { return true; }
+    static bool keepsOrder(Element) { return true; }
     static bool takesPart(Element element) { return element == element; }
     // A sum is a negative zero only with a negative zero in the mask.
     static bool dependsOnOrder(Element element) { return element == 0 && std::signbit(element); }
@@ -104,9 +95,6 @@ public:
         constexpr Pixel infinity = std::numeric_limits<Pixel>::infinity();
         return Extreme::of(load(from), splat(Extreme::template kStart<Pixel> < 0 ? -infinity : infinity));
     }
-
-private:
-    Vec<Pixel> value_;
 };
 
 // ---- tiles
@@ -117,10 +105,10 @@ struct Tile {
     static constexpr int kElements = 64;
     using Element = typename Sum::Element;
 
-    // Elements of one value: `count` of the list, from `first` on.
+    // The next `count` elements of the list, which have one value.
     struct Run {
-        Sum sum;
-        int first, count;
+        Vec<typename Sum::Pixel> value;
+        int count;
     };
 
     int firstRow, rows;       // offsets from the output row
@@ -128,6 +116,7 @@ struct Tile {
     int elements = 0, runs = 0;
     std::array<std::array<int, 2>, kElements> place; // of each element, from the first row and column
     std::array<Run, kElements> run;
+    std::array<int, Sum::kKinds> runsOf = {}; // of each kind: they follow each other
 
     Tile(const ZeliMorphGrayState& state, int maskRow, int maskRows, int maskColumn, int maskColumns)
         : firstRow(maskRow - state.anchorY), rows(maskRows), firstColumn(maskColumn - state.anchorX), columns(maskColumns)
@@ -151,11 +140,12 @@ struct Tile {
         for (int i = 0; i < elements; ++i) {
             const Entry& entry = list[std::size_t(i)];
             place[std::size_t(i)] = {entry.y, entry.x};
-            const Sum sum(entry.value);
-            if (i > 0 && sort && sum.keepsOrder() && entry.value == list[std::size_t(i - 1)].value)
+            if (i > 0 && sort && Sum::keepsOrder(entry.value) && entry.value == list[std::size_t(i - 1)].value) {
                 ++run[std::size_t(runs - 1)].count;
-            else
-                run[std::size_t(runs++)] = {sum, i, 1};
+            } else {
+                run[std::size_t(runs++)] = {splat(Sum::valueOf(entry.value)), 1};
+                ++runsOf[std::size_t(Sum::kindOf(entry.value))];
+            }
         }
     }
 };
@@ -172,16 +162,22 @@ ZELCV_INLINE inline void extremesOfBlock(const Tile<Sum>& tile, const Sources<T>
     constexpr int lanes = kLanes<T>;
     Vec<T> result[kVectors], best[kVectors];
     for (int k = 0; k < kVectors; ++k) result[k] = load(dst + k * lanes);
-    for (int r = 0; r < tile.runs; ++r) {
-        const auto& run = tile.run[std::size_t(r)];
-        const T* const* source = sources.data() + run.first;
-        for (int k = 0; k < kVectors; ++k) best[k] = Sum::template pixels<Extreme>(*source + x + k * lanes);
-        for (const T* const* const end = source + run.count; ++source != end;)
-            for (int k = 0; k < kVectors; ++k) best[k] = Extreme::of(load(*source + x + k * lanes), best[k]);
-        run.sum.apply([&](const auto& sum) ZELCV_INLINE {
-            for (int k = 0; k < kVectors; ++k) result[k] = Extreme::of(sum(best[k]), result[k]);
-        });
-    }
+    const T* const* source = sources.data();
+    const auto* run = tile.run.data();
+    [&]<int... kind>(std::integer_sequence<int, kind...>) ZELCV_INLINE {
+        const auto addRuns = [&]<int thisKind>(std::integral_constant<int, thisKind>) ZELCV_INLINE {
+            for (const auto* const last = run + tile.runsOf[thisKind]; run != last; ++run) {
+                const T* const* const end = source + run->count;
+                for (int k = 0; k < kVectors; ++k) best[k] = Sum::template pixels<Extreme>(*source + x + k * lanes);
+                while (++source != end)
+                    for (int k = 0; k < kVectors; ++k) best[k] = Extreme::of(load(*source + x + k * lanes), best[k]);
+                const Vec<T> value = run->value;
+                for (int k = 0; k < kVectors; ++k)
+                    result[k] = Extreme::of(Sum::template of<thisKind>(best[k], value), result[k]);
+            }
+        };
+        (addRuns(std::integral_constant<int, kind>()), ...);
+    }(std::make_integer_sequence<int, Sum::kKinds>());
     for (int k = 0; k < kVectors; ++k) store(dst + k * lanes, result[k]);
 }
 
