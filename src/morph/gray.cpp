@@ -223,14 +223,20 @@ public:
         const int inside = int(std::clamp<std::int64_t>(roi_.width - start - before, 0, stretch_ - before));
         for (int row = 0; row < tile_.rows; ++row) {
             T* const to = extended_ + row * stretch_;
-            for (int i = 0; i < before; ++i) to[i] = rows_[row][0];
+            fill(to, before, rows_[row][0]);
             if (inside > 0) copyPixels(to + before, rows_[row] + (start + before), inside);
-            for (int i = before + inside; i < stretch_; ++i) to[i] = rows_[row][roi_.width - 1];
+            fill(to + before + inside, stretch_ - before - inside, rows_[row][roi_.width - 1]);
         }
         return copies_;
     }
 
 private:
+    // Whole vectors: what comes behind is written later.
+    static void fill(T* to, int count, T value)
+    {
+        for (int i = 0; i < count; i += kLanes<T>) store(to + i, splat(value));
+    }
+
     // The last vector overlaps the one before.
     static void copyPixels(T* to, const T* from, int count)
     {
@@ -249,7 +255,7 @@ private:
     int stretch_; // a block, and the columns that follow its first pixel
     Sources<T> sources_, copies_;
     const T* rows_[Tile<Sum>::kElements];
-    T extended_[Tile<Sum>::kElements * (kBlock + 1)];
+    T extended_[Tile<Sum>::kElements * (kBlock + 1) + kLanes<T>];
 };
 
 // dst = the extreme of dst and of the sums of one tile.
