@@ -103,18 +103,17 @@ template <>
 struct L2<Zel8u> {
     ZELCV_INLINE static Vec<Zel8u> of(const Channels<Zel8u>& pixel)
     {
-        const auto a = halves<Zel16s>(pixel.part[0]), b = halves<Zel16s>(pixel.part[1]);
         const auto roots = forParts(
-            [](Vec<Zel16s> a8, Vec<Zel16s> b8, Vec<Zel16u> c8) {
-                const auto ab = pairs<Zel16s>(a8, b8);
-                const auto cc = halves<Zel32u>(c8 * c8);
+            [](Vec<Zel8u> ab, Vec<Zel16u> c) {
                 const auto root = [](Vec<Zel16s> both, Vec<Zel32u> square) {
                     const Vec<Zel32u> sum = multiplyAddPairs(both, both) + square;
                     return truncate(squareRoot(toFloat(Vec<Zel32s>(sum)) * (1 / 3.f)) + 0.5f);
                 };
-                return narrowPairs<Zel16s>(root(ab.part[0], cc.part[0]), root(ab.part[1], cc.part[1]));
+                const auto both = halves<Zel16s>(ab);
+                const auto square = halves<Zel32u>(c * c);
+                return narrowPairs<Zel16s>(root(both.part[0], square.part[0]), root(both.part[1], square.part[1]));
             },
-            a, b, halves<Zel16u>(pixel.part[2]));
+            pairs<Zel8u>(pixel.part[0], pixel.part[1]), halves<Zel16u>(pixel.part[2]));
         return narrowPairs<Zel8u>(roots.part[0], roots.part[1]);
     }
 };
