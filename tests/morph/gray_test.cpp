@@ -216,7 +216,8 @@ TYPED_TEST(Gray, ChecksInOrder)
     for (const auto function : {TypeParam::dilate, TypeParam::erode}) {
         Checks checks(function, src, dst, size, int(zeliBorderReplicate), state);
         checks.usual().values(5, zelStatusBadArgument, {0, 2, 3, 4, 6, 0x11});
-        using A = typename decltype(checks)::Tuple;
+        using P = typename TypeParam::Pixel;
+        using A = std::tuple<const P*, int, P*, int, ZeliSize, int, const ZeliMorphGrayState*>;
         checks.fault("wider than the state", zelStatusBadSize, [&](A& a) { std::get<6>(a) = narrow; });
         checks.fault("taller than the state", zelStatusBadSize, [](A& a) { std::get<4>(a).height = 5; });
         checks.expect();
