@@ -45,8 +45,8 @@ Section colourGradientSection(const Source& source)
     inType(Zel16u(), "16u", 0.25);
     inType(Zel32f(), "32f", 0.12);
     section.add("Directions of the gradient",
-                "The angle of the gradient as a colour: brighter to the right is red, and so on around the circle. The stronger "
-                "the gradient, the brighter.",
+                "The angle of the gradient as a colour: brighter to the right is red, and so on around the circle. The "
+                "stronger the gradient, the brighter.",
                 [&](Calls& calls) {
                     const auto [right, down] = gradientFamilies(false);
                     const Image<Zel32f> src = convert<Zel32f>(source.gray);

@@ -55,6 +55,9 @@ Section edgesSection(const Source& source)
 
 } // namespace
 
-Chapter featuresChapter(const Source& source) { return {"features", "Features", {edgesSection(source), colourGradientSection(source)}}; }
+Chapter featuresChapter(const Source& source)
+{
+    return {"features", "Features", {edgesSection(source), colourGradientSection(source)}};
+}
 
 } // namespace app

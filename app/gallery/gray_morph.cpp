@@ -42,7 +42,8 @@ Section graySection(const Source& source)
     });
     section.add("With a state in the program's own memory", "Upper half: dilation in 8u. Lower half: in 32f.",
                 [&](Calls& calls) {
-                    Picture dst = grayMorph(calls, GrayOperation::dilate, source.gray, GrayMask<Zel8u>::paraboloid(9, 40), true);
+                    const auto mask = GrayMask<Zel8u>::paraboloid(9, 40);
+                    Picture dst = grayMorph(calls, GrayOperation::dilate, source.gray, mask, true);
                     const Picture inFloat = brightness(grayMorph(calls, GrayOperation::dilate, convert<Zel32f>(source.gray),
                                                                  GrayMask<Zel32f>::paraboloid(9, 40), true));
                     for (int y = dst.size().height / 2; y < dst.size().height; ++y)

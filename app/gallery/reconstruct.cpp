@@ -11,8 +11,8 @@ Section reconstructSection(const Source& source)
                     "Reconstruction",
                     "A marker grows under a mask image until nothing changes. What the marker is decides what comes out.",
                     {}};
-    section.add("Holes filled", "A bright marker shrinks from the border of the picture onto it: dark places that are closed in "
-                                "become as bright as their rim.",
+    section.add("Holes filled", "A bright marker shrinks from the border of the picture onto it: dark places that are closed "
+                                "in become as bright as their rim.",
                 [&](Calls& calls) { return fillHoles(calls, source.gray, Zel8u(255), zeliNormInf); });
     section.add("What was filled", "The same less the picture, three times as bright.", [&](Calls& calls) {
         return brightness(subtract(fillHoles(calls, source.gray, Zel8u(255), zeliNormInf), source.gray), 3);

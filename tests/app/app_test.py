@@ -251,10 +251,11 @@ class Program(unittest.TestCase):
         self.assertEqual([200] * 5, self.picture("gray-morph", "spot.png", "--size", "5", "--depth", "0")[3][1][5:10])
 
     def test_reconstruction(self):
-        ring = [[50] * 9, [50] + [200] * 7 + [50]] + [[50, 200] + [90] * 5 + [200, 50]] * 4 + [[50] + [200] * 7 + [50], [50] * 9]
+        wall = [50] + [200] * 7 + [50]
+        ring = [[50] * 9, wall] + [[50, 200] + [90] * 5 + [200, 50]] * 4 + [wall, [50] * 9]
         ring[3] = [50, 200, 90, 90, 120, 90, 90, 200, 50]
         self.path("ring.png", gray_png(ring))
-        full = [[50] * 9] + [[50] + [200] * 7 + [50]] * 6 + [[50] * 9]
+        full = [[50] * 9] + [wall] * 6 + [[50] * 9]
         self.assertEqual(full, self.picture("reconstruct", "ring.png", "--op", "fill-holes")[3])
         cleared = self.picture("reconstruct", "ring.png", "--op", "clear-border")[3]
         self.assertEqual((0, 150, 40, 70), (cleared[0][0], cleared[1][4], cleared[3][3], cleared[3][4]))

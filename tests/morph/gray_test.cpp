@@ -96,7 +96,9 @@ void expectDefinition(Random& random, const Mask<G>& mask, ZeliSize size, Textur
     using T = typename G::Pixel;
     Image<T> src(random, size, texture);
     if (!std::numeric_limits<T>::is_integer && random.between(0, 1)) // zeros of both signs
-        src.fill([&](int x, int y) { return random.between(0, 2) ? std::copysign(T(0), T(random.between(0, 1)) - T(0.5)) : src.at(x, y); });
+        src.fill([&](int x, int y) {
+            return random.between(0, 2) ? std::copysign(T(0), T(random.between(0, 1)) - T(0.5)) : src.at(x, y);
+        });
     ZeliMorphGrayState* state = nullptr;
     ASSERT_EQ(zelStatusOk, G::initAlloc(&state, size, mask.elements.data(), mask.size, mask.anchor));
     for (const bool dilates : {true, false}) {

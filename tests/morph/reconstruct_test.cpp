@@ -135,7 +135,7 @@ TYPED_TEST(Reconstruct, EqualsDefinition)
 TYPED_TEST(Reconstruct, UnderAllThreadings)
 {
     Random random(2);
-    for (ZeliSize size : {ZeliSize{37, 41}, {10, 30}, {30, 10}, {11, 11}, {37, 12}, {80, 57}})
+    for (ZeliSize size : {ZeliSize{37, 41}, {10, 30}, {11, 11}, {80, 57}})
         for (const auto& scene : scenes<TypeParam>()) expectDefinition(random, size, scene, true);
 }
 
@@ -148,7 +148,8 @@ TYPED_TEST(Reconstruct, Examples)
         marker[0] = 7;
         const int step = 4 * int(sizeof(TypeParam));
         std::vector<Zel8u> buffer(std::size_t(bufferSize<TypeParam>({4, 4})));
-        EXPECT_EQ(zelStatusOk, Functions<TypeParam>::dilate(mask.data(), step, marker.data(), step, {4, 4}, buffer.data(), norm));
+        EXPECT_EQ(zelStatusOk,
+                  Functions<TypeParam>::dilate(mask.data(), step, marker.data(), step, {4, 4}, buffer.data(), norm));
         const auto far = TypeParam(wanted);
         EXPECT_EQ(marker, (std::vector<TypeParam>{7, 7, 0, 0, 7, 7, 0, 0, 0, 0, far, far, 0, 0, far, far}));
     }
