@@ -25,6 +25,9 @@ int main(int argc, char** argv)
     app::addEdgesCommand(program);
     app::addGradientCommand(program);
     app::addCornersCommand(program);
+    app::addColourGradientCommand(program);
+    app::addGrayMorphCommand(program);
+    app::addReconstructCommand(program);
     app::addDiffCommand(program);
     app::addFilterCommand(program);
     app::addSmoothCommand(program);

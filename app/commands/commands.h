@@ -15,6 +15,9 @@ namespace app {
 void addEdgesCommand(CLI::App& program);
 void addGradientCommand(CLI::App& program);
 void addCornersCommand(CLI::App& program);
+void addColourGradientCommand(CLI::App& program);
+void addGrayMorphCommand(CLI::App& program);
+void addReconstructCommand(CLI::App& program);
 void addDiffCommand(CLI::App& program);
 void addFilterCommand(CLI::App& program);
 void addSmoothCommand(CLI::App& program);

@@ -26,5 +26,8 @@ Section haarSection(const Source& source);
 Section smoothingSection(const Source& source);
 Section cornersSection(const Source& source);
 Section rankSection(const Source& source);
+Section graySection(const Source& source);
+Section reconstructSection(const Source& source);
+Section colourGradientSection(const Source& source);
 
 } // namespace app

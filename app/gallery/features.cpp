@@ -55,6 +55,13 @@ Section edgesSection(const Source& source)
 
 } // namespace
 
+<<<<<<< HEAD
 Chapter featuresChapter(const Source& source) { return {"features", "Features", {edgesSection(source), cornersSection(source)}}; }
+=======
+Chapter featuresChapter(const Source& source)
+{
+    return {"features", "Features", {edgesSection(source), colourGradientSection(source)}};
+}
+>>>>>>> recon
 
 } // namespace app

@@ -3,6 +3,9 @@
 
 namespace app {
 
-Chapter morphChapter(const Source&) { return {"morphology", "Morphology", {}}; }
+Chapter morphChapter(const Source& source)
+{
+    return {"morphology", "Morphology", {graySection(source), reconstructSection(source)}};
+}
 
 } // namespace app

@@ -1,4 +1,5 @@
 /* zelcv, features: Canny edges, corner measures.
+/* zelcv, features: Canny edges, gradients of colour images, angles.
  * The conventions of all functions stand in zelcv.h. */
 #ifndef ZELCV_FEATURES_H
 #define ZELCV_FEATURES_H
@@ -103,6 +104,50 @@ ZELCV_API ZelStatus zeliEigenValsVecs_8u32f_C1R(const Zel8u* src, int srcStep, Z
 /* Both eigenvalues and eigenvectors, 32f. */
 ZELCV_API ZelStatus zeliEigenValsVecs_32f_C1R(const Zel32f* src, int srcStep, Zel32f* dst, int dstStep, ZeliSize roiSize,
         int kernelKind, int apertureSize, int avgWindow, Zel8u* buffer);
+/* ==== Gradients of colour images =================================================================================
+ *
+ * Folds the three channels a, b, c of each pixel, such as the gradients of red, green and blue, into one value.
+ *
+ *          zeliNormInf           zeliNormL1                            zeliNormL2
+ *   8u     max(a, b, c)          ((a + b + c) * 1365 + 2048) >> 12     sqrt((a*a + b*b + c*c) / 3), rounded
+ *   16u    max(a, b, c)          ((a + b + c) * 5461 + 8192) >> 14     sqrt((a*a + b*b + c*c) / 3), rounded
+ *   32f    max(|a|, |b|, |c|)    |a| + |b| + |c|                       sqrt(a*a + b*b + c*c)
+ *
+ * Integers give means, floats plain sums, in single precision and from left to right. The 16u mean under L1 falls short by up
+ * to 4: three times 65535 give 65531. Of a NaN under 32f Inf see docs/numerics.md.
+ *
+ *   src, dst        first pixel of each plane: three interleaved channels, and one; they must not overlap
+ *   ...Step         bytes from row to row
+ *   roiSize         region in pixels
+ *   norm            zeliNormInf, zeliNormL1 or zeliNormL2
+ * Errors, in this order: null src, dst -8; width or height below 1 -6; a step below a row -14; a step not a multiple of its
+ * element -108; another norm -5. Needs no scratch. Called from inside a parallel region it may run on a team of its own, as
+ * large as the caller's; otherwise on the calling thread.
+ */
+
+ZELCV_API ZelStatus zeliGradientColorToGray_8u_C3C1R(const Zel8u* src, int srcStep, Zel8u* dst, int dstStep,
+        ZeliSize roiSize, ZeliNormType norm);
+
+ZELCV_API ZelStatus zeliGradientColorToGray_16u_C3C1R(const Zel16u* src, int srcStep, Zel16u* dst, int dstStep,
+        ZeliSize roiSize, ZeliNormType norm);
+
+ZELCV_API ZelStatus zeliGradientColorToGray_32f_C3C1R(const Zel32f* src, int srcStep, Zel32f* dst, int dstStep,
+        ZeliSize roiSize, ZeliNormType norm);
+
+/* ==== Angles =====================================================================================================
+ *
+ * dst[i] = the direction of (x[i], y[i]) in degrees: 0 to the right, 90 along y, up to 360, within a sixth of a degree. By a
+ * polynomial and not by a library's arctangent: on the axes the result is off by 0.1405, so that 0 comes out as -0.1405 and
+ * 45 as 45.14; (0, 0) gives the same as (1, 0). The sign bit of a negative zero counts.
+ *
+ * Elements share their divisions by fours. A component that is infinite or not a number makes its four meaningless, and the
+ * last bit of a result may depend on the three others: see docs/numerics.md.
+ *
+ *   y, x, dst       vectors; dst may be one of the others
+ *   len             elements in each
+ * Errors, in this order: null y, x, dst -8; len below 1 -6. Runs on the calling thread.
+ */
+ZELCV_API ZelStatus zelibFastArctan_32f(const Zel32f* y, const Zel32f* x, Zel32f* dst, int len);
 
 #ifdef __cplusplus
 }

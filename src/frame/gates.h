@@ -45,6 +45,8 @@ public:
     static constexpr Gate borderFilter() { return Gate(Kind::BorderFilter); }
     // As many bands as 16 rows and 1024 pixels each allow, within the team of the caller.
     static constexpr Gate bandCount() { return Gate(Kind::BandCount); }
+    // Two threads, from so many rows and columns on.
+    static constexpr Gate pairFrom(int side) { return Gate(Kind::Pair, side); }
     // As many bands as 1024 pixels each allow, within the thread setting and 32.
     static constexpr Gate bandCountCapped() { return Gate(Kind::BandCountCapped); }
 
@@ -70,6 +72,7 @@ public:
             const int bands = std::min(roi.height >> 4, area >> 10);
             return bands > 1 ? std::min(bands, host.callerTeam()) : kSerial;
         }
+        case Kind::Pair: return roi.width >= value_ && roi.height >= value_ ? 2 : kSerial;
         case Kind::BandCountCapped: {
             const int bands = std::min(area >> 10, 32);
             return bands > 1 ? std::min(bands, host.threads()) : kSerial;
@@ -79,7 +82,7 @@ public:
     }
 
 private:
-    enum class Kind { Serial, Area, AreaPerThread, TwoLevel, BorderFilter, BandCount, BandCountCapped };
+    enum class Kind { Serial, Area, AreaPerThread, TwoLevel, BorderFilter, Pair, BandCount, BandCountCapped };
 
     explicit constexpr Gate(Kind kind, int value = 0, Cores cores = Cores::Any)
         : kind_(kind), value_(value), cores_(cores)

@@ -53,6 +53,10 @@ struct AsDoubles {
 
 // ---- a row
 
+// Readers that take many instructions for a block say so (kTakesLong).
+template <class Source>
+constexpr bool kTakesLong = requires { requires Source::kTakesLong; };
+
 // Vectors that a step of the inner loop makes where its operation is a simple one: the loop's own instructions count then.
 constexpr int kVectorsAtOnce = 16;
 // Blocks that a step makes of what is left behind that.
@@ -66,7 +70,7 @@ template <class D, class Operation, class... Sources>
 ZELCV_INLINE inline void mapRow(D* dst, int count, const Operation& operation, Sources... sources)
 {
     constexpr int narrowest = int(std::min({sizeof(D), sizeof(*sources.from)...})), kBlock = kVectorBytes / narrowest;
-    constexpr bool simple = sizeof...(Sources) <= 4;
+    constexpr bool simple = sizeof...(Sources) <= 4 && !(kTakesLong<Sources> || ...);
     constexpr int kVectors = int(sizeof(D)) / narrowest, kBlocks = simple ? std::max(1, kVectorsAtOnce / kVectors) : 1;
     const auto blockAt = [&](std::ptrdiff_t i) ZELCV_INLINE { return operation(sources.template block<kBlock>(i)...); };
 

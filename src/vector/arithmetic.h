@@ -6,8 +6,7 @@
 namespace zelcv {
 
 using isa::addBytePairs;
-using isa::maximum;
-using isa::minimum;
+using isa::addSaturating;
 using isa::multiplyAddPairs;
 using isa::multiplyHigh;
 using isa::shiftLeft;
@@ -27,7 +26,12 @@ ZELCV_INLINE inline V maximum(V a, V b)
 {
     return a > b ? a : b;
 }
-// Compilers do not find these for SSE2.
+// Compilers find these only here and there.
+ZELCV_INLINE inline Vec<Zel32f> minimum(Vec<Zel32f> a, Vec<Zel32f> b) { return isa::minimum(a, b); }
+ZELCV_INLINE inline Vec<Zel64f> minimum(Vec<Zel64f> a, Vec<Zel64f> b) { return isa::minimum(a, b); }
+ZELCV_INLINE inline Vec<Zel32f> maximum(Vec<Zel32f> a, Vec<Zel32f> b) { return isa::maximum(a, b); }
+ZELCV_INLINE inline Vec<Zel64f> maximum(Vec<Zel64f> a, Vec<Zel64f> b) { return isa::maximum(a, b); }
+// And these not at all for SSE2.
 ZELCV_INLINE inline Vec<Zel16u> minimum(Vec<Zel16u> a, Vec<Zel16u> b) { return a - subtractSaturating(a, b); }
 ZELCV_INLINE inline Vec<Zel16u> maximum(Vec<Zel16u> a, Vec<Zel16u> b) { return b + subtractSaturating(a, b); }
 ZELCV_INLINE inline Doubles maximum(const Doubles& a, const Doubles& b)

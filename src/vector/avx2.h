@@ -18,6 +18,16 @@ ZELCV_INLINE inline Vec<Zel16u> subtractSaturating(Vec<Zel16u> a, Vec<Zel16u> b)
     return Vec<Zel16u>(_mm256_subs_epu16(__m256i(a), __m256i(b)));
 }
 
+ZELCV_INLINE inline Vec<Zel8u> addSaturating(Vec<Zel8u> a, Vec<Zel8u> b)
+{
+    return Vec<Zel8u>(_mm256_adds_epu8(__m256i(a), __m256i(b)));
+}
+
+ZELCV_INLINE inline Vec<Zel32f> minimum(Vec<Zel32f> a, Vec<Zel32f> b) { return _mm256_min_ps(a, b); }
+ZELCV_INLINE inline Vec<Zel64f> minimum(Vec<Zel64f> a, Vec<Zel64f> b) { return _mm256_min_pd(a, b); }
+ZELCV_INLINE inline Vec<Zel32f> maximum(Vec<Zel32f> a, Vec<Zel32f> b) { return _mm256_max_ps(a, b); }
+ZELCV_INLINE inline Vec<Zel64f> maximum(Vec<Zel64f> a, Vec<Zel64f> b) { return _mm256_max_pd(a, b); }
+
 ZELCV_INLINE inline Vec<Zel32u> multiplyAddPairs(Vec<Zel16s> a, Vec<Zel16s> b)
 {
     return Vec<Zel32u>(_mm256_madd_epi16(__m256i(a), __m256i(b)));
@@ -156,6 +166,25 @@ template <int count>
 ZELCV_INLINE inline Vec<Zel8u> shiftBytesUp(Vec<Zel8u> v)
 {
     return Vec<Zel8u>(_mm256_slli_si256(__m256i(v), count));
+}
+template <int count>
+ZELCV_INLINE inline Vec<Zel8u> shiftBytesDown(Vec<Zel8u> v)
+{
+    return Vec<Zel8u>(_mm256_srli_si256(__m256i(v), count));
+}
+
+// Each half is shifted together with the half it takes bytes from, or with zeros.
+template <int count>
+ZELCV_INLINE inline Vec<Zel8u> shiftAllUp(Vec<Zel8u> v)
+{
+    const __m256i below = _mm256_permute2x128_si256(__m256i(v), __m256i(v), 0x08);
+    return Vec<Zel8u>(_mm256_alignr_epi8(__m256i(v), below, 16 - count));
+}
+template <int count>
+ZELCV_INLINE inline Vec<Zel8u> shiftAllDown(Vec<Zel8u> v)
+{
+    const __m256i above = _mm256_permute2x128_si256(__m256i(v), __m256i(v), 0x81);
+    return Vec<Zel8u>(_mm256_alignr_epi8(above, __m256i(v), count));
 }
 
 } // namespace zelcv::avx2

@@ -36,6 +36,24 @@ inline V subtractSaturating(V a, V b)
     return lanes<T>([=](int i) { return a[i] > b[i] ? T(a[i] - b[i]) : T(0); });
 }
 
+// a + b, or 255 where that is more.
+inline Vec<Zel8u> addSaturating(Vec<Zel8u> a, Vec<Zel8u> b)
+{
+    return lanes<Zel8u>([=](int i) { return Zel8u(a[i] + b[i] < 255 ? a[i] + b[i] : 255); });
+}
+
+// The smaller of each, and the larger; b where either is NaN, and of zeros.
+template <class V>
+inline V minimum(V a, V b)
+{
+    return a < b ? a : b;
+}
+template <class V>
+inline V maximum(V a, V b)
+{
+    return a > b ? a : b;
+}
+
 // a[2i] * b[2i] + a[2i + 1] * b[2i + 1], wrapping at 32 bits.
 inline Vec<Zel32u> multiplyAddPairs(Vec<Zel16s> a, Vec<Zel16s> b)
 {
@@ -68,16 +86,6 @@ inline Vec<std::uint64_t> sumBytes(Vec<Zel8u> v)
         for (int k = 0; k < 8; ++k) sum += v[8 * i + k];
         return sum;
     });
-}
-
-// The smaller of each, and the larger; b where either is NaN.
-inline Vec<Zel32f> minimum(Vec<Zel32f> a, Vec<Zel32f> b)
-{
-    return lanes<Zel32f>([=](int i) { return a[i] < b[i] ? a[i] : b[i]; });
-}
-inline Vec<Zel32f> maximum(Vec<Zel32f> a, Vec<Zel32f> b)
-{
-    return lanes<Zel32f>([=](int i) { return a[i] > b[i] ? a[i] : b[i]; });
 }
 
 template <class V>
@@ -124,10 +132,13 @@ inline Vec<Zel32s> truncate(const Doubles& v)
     return lanes<Zel32s>([=](int i) { return truncated(elementOf(v, i)); });
 }
 
-// Rounded to single precision.
+// Rounded to single precision. The result goes through memory, out of the compiler's sight: GCC 12 makes one conversion of
+// vectors of these, and leaves it out with the one back to double that follows.
 inline Vec<Zel32f> toFloat(const Doubles& v)
 {
-    return lanes<Zel32f>([=](int i) { return Zel32f(elementOf(v, i)); });
+    Vec<Zel32f> rounded = lanes<Zel32f>([=](int i) { return Zel32f(elementOf(v, i)); });
+    asm("" : "+m"(rounded));
+    return rounded;
 }
 
 // The elements of a, then those of b, limited to the range of To: within each 16 bytes of the vectors.
@@ -162,6 +173,24 @@ template <int count>
 inline Vec<Zel8u> shiftBytesUp(Vec<Zel8u> v)
 {
     return lanes<Zel8u>([=](int i) { return i % 16 < count ? Zel8u(0) : v[i - count]; });
+}
+// The same down; zeros come in above.
+template <int count>
+inline Vec<Zel8u> shiftBytesDown(Vec<Zel8u> v)
+{
+    return lanes<Zel8u>([=](int i) { return i % 16 + count < 16 ? v[i + count] : Zel8u(0); });
+}
+
+// The bytes of the whole vector moved `count` places up, 16 at the most; zeros come in below.
+template <int count>
+inline Vec<Zel8u> shiftAllUp(Vec<Zel8u> v)
+{
+    return lanes<Zel8u>([=](int i) { return i < count ? Zel8u(0) : v[i - count]; });
+}
+template <int count>
+inline Vec<Zel8u> shiftAllDown(Vec<Zel8u> v)
+{
+    return lanes<Zel8u>([=](int i) { return i + count < kVectorBytes ? v[i + count] : Zel8u(0); });
 }
 
 } // namespace zelcv::portable

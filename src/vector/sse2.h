@@ -18,6 +18,16 @@ ZELCV_INLINE inline Vec<Zel16u> subtractSaturating(Vec<Zel16u> a, Vec<Zel16u> b)
     return Vec<Zel16u>(_mm_subs_epu16(__m128i(a), __m128i(b)));
 }
 
+ZELCV_INLINE inline Vec<Zel8u> addSaturating(Vec<Zel8u> a, Vec<Zel8u> b)
+{
+    return Vec<Zel8u>(_mm_adds_epu8(__m128i(a), __m128i(b)));
+}
+
+ZELCV_INLINE inline Vec<Zel32f> minimum(Vec<Zel32f> a, Vec<Zel32f> b) { return _mm_min_ps(a, b); }
+ZELCV_INLINE inline Vec<Zel64f> minimum(Vec<Zel64f> a, Vec<Zel64f> b) { return _mm_min_pd(a, b); }
+ZELCV_INLINE inline Vec<Zel32f> maximum(Vec<Zel32f> a, Vec<Zel32f> b) { return _mm_max_ps(a, b); }
+ZELCV_INLINE inline Vec<Zel64f> maximum(Vec<Zel64f> a, Vec<Zel64f> b) { return _mm_max_pd(a, b); }
+
 ZELCV_INLINE inline Vec<Zel32u> multiplyAddPairs(Vec<Zel16s> a, Vec<Zel16s> b)
 {
     return Vec<Zel32u>(_mm_madd_epi16(__m128i(a), __m128i(b)));
@@ -37,10 +47,6 @@ ZELCV_INLINE inline Vec<std::uint64_t> sumBytes(Vec<Zel8u> v)
 {
     return Vec<std::uint64_t>(_mm_sad_epu8(__m128i(v), __m128i{}));
 }
-
-// Where one operand is a constant compilers do not find these.
-ZELCV_INLINE inline Vec<Zel32f> minimum(Vec<Zel32f> a, Vec<Zel32f> b) { return _mm_min_ps(a, b); }
-ZELCV_INLINE inline Vec<Zel32f> maximum(Vec<Zel32f> a, Vec<Zel32f> b) { return _mm_max_ps(a, b); }
 
 ZELCV_INLINE inline Vec<Zel32f> squareRoot(Vec<Zel32f> v) { return _mm_sqrt_ps(v); }
 ZELCV_INLINE inline Vec<Zel64f> squareRoot(Vec<Zel64f> v) { return _mm_sqrt_pd(v); }
@@ -154,6 +160,22 @@ template <int count>
 ZELCV_INLINE inline Vec<Zel8u> shiftBytesUp(Vec<Zel8u> v)
 {
     return Vec<Zel8u>(_mm_slli_si128(__m128i(v), count));
+}
+template <int count>
+ZELCV_INLINE inline Vec<Zel8u> shiftBytesDown(Vec<Zel8u> v)
+{
+    return Vec<Zel8u>(_mm_srli_si128(__m128i(v), count));
+}
+
+template <int count>
+ZELCV_INLINE inline Vec<Zel8u> shiftAllUp(Vec<Zel8u> v)
+{
+    return shiftBytesUp<count>(v);
+}
+template <int count>
+ZELCV_INLINE inline Vec<Zel8u> shiftAllDown(Vec<Zel8u> v)
+{
+    return shiftBytesDown<count>(v);
 }
 
 } // namespace zelcv::sse2

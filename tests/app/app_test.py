@@ -144,6 +144,7 @@ class Program(unittest.TestCase):
     def test_every_command_on_the_own_scene(self):
         for arguments, width, channels in [
                 (["edges"], 640, 1), (["edges", "--aperture", "5"], 640, 1), (["edges", "--low", "20"], 640, 1),
+                (["colour-gradient"], 640, 1), (["gray-morph"], 640, 1), (["reconstruct", "--op", "fill-holes"], 640, 1),
                 (["gradient"], 3 * 640 + 12, 1), (["gradient", "--scharr"], 3 * 640 + 12, 1), (["diff"], 640, 3),
                 (["filter", "--row", "1,4,6,4,1"], 640, 3), (["filter", "--row", "-1,0,1", "--signed"], 640, 3),
                 (["filter", "--row", "0.5,2.25,0.5", "--float"], 640, 3), (["average"], 640, 1), (["compare"], 640, 3),
@@ -284,6 +285,34 @@ class Program(unittest.TestCase):
         self.assertEqual([50] * 8 + [200] * 8, self.picture("diff", "step.png", "other.png", "--gain", "10")[3][0])
         self.path("colour.png", png(16, 8, 2, [[20] * 48] * 8))
         self.assertEqual((16, 8, 1), self.picture("diff", "step.png", "colour.png")[:3])
+
+    def test_gray_morphology(self):
+        self.path("spot.png", gray_png([[100] * 7 + [200] + [100] * 7] * 3))
+        row = self.picture("gray-morph", "spot.png", "--size", "5", "--depth", "40")[3][1]
+        self.assertEqual([100] * 5 + [160, 190, 200, 190, 160] + [100] * 5, row)
+        self.assertEqual(116, self.picture("gray-morph", "spot.png", "--op", "erode", "--depth", "255")[3][1][7])
+        self.assertEqual([200] * 5, self.picture("gray-morph", "spot.png", "--size", "5", "--depth", "0")[3][1][5:10])
+
+    def test_reconstruction(self):
+        wall = [50] + [200] * 7 + [50]
+        ring = [[50] * 9, wall] + [[50, 200] + [90] * 5 + [200, 50]] * 4 + [wall, [50] * 9]
+        ring[3] = [50, 200, 90, 90, 120, 90, 90, 200, 50]
+        self.path("ring.png", gray_png(ring))
+        full = [[50] * 9] + [wall] * 6 + [[50] * 9]
+        self.assertEqual(full, self.picture("reconstruct", "ring.png", "--op", "fill-holes")[3])
+        cleared = self.picture("reconstruct", "ring.png", "--op", "clear-border")[3]
+        self.assertEqual((0, 150, 40, 70), (cleared[0][0], cleared[1][4], cleared[3][3], cleared[3][4]))
+        domes = self.picture("reconstruct", "ring.png", "--op", "h-domes", "--height", "51")[3]
+        self.assertEqual((0, 255, 0, 150), (domes[0][0], domes[1][4], domes[3][3], domes[3][4]))
+        self.path("link.png", gray_png([[9, 9, 9, 9], [9, 200, 200, 9], [200, 0, 200, 9], [9, 200, 9, 9]]))
+        holes = [self.picture("reconstruct", "link.png", "--op", "fill-holes", "--neighbours", n)[3][2][1] for n in "48"]
+        self.assertEqual([200, 9], holes)
+
+    def test_colour_gradient(self):
+        self.path("red.png", png(8, 4, 2, [[10, 40, 60] * 4 + [100, 40, 60] * 4] * 4))
+        for norm, value in [("inf", 90), ("l1", 30), ("l2", 52)]:
+            row = self.picture("colour-gradient", "red.png", "--norm", norm)[3][2]
+            self.assertEqual([0, 0, 0, value, value, 0, 0, 0], row)
 
     def frames(self, count, width, height):
         """Writes frames of random pixels; returns their names and rows."""
@@ -545,6 +574,10 @@ class Program(unittest.TestCase):
                     (["--op", "min", "--width", "0"], 2, "--width"), (["--op", "max", "--width", "10001"], 2, "--width"),
                     (["--op", "max", "--width", "5", "--anchor-x", "5"], 1, "--anchor-x 5 lies outside"),
                     (["--op", "max", "--width", "5", "--height", "2", "--anchor-y", "2"], 1, "--anchor-y 2 lies outside")]],
+                (["reconstruct", *out], 2, "--op is required"), (["reconstruct", "--op", "dig", *out], 2, "--op"),
+                (["reconstruct", "--op", "h-domes", "--height", "0", *out], 2, "--height"),
+                (["gray-morph", "--depth", "nan", *out], 2, "--depth"), (["gray-morph", "--size", "0", *out], 2, "--size"),
+                (["colour-gradient", "--norm", "l3", *out], 2, "--norm"),
                 (["gallery"], 2, "PLACES is required"), (["gallery", "good.png"], 1, "good.png: "),
                 (["gallery", "none.png", "new"], 1, "none"),
                 (["gallery", "folder", "--threads", "0"], 1, "--threads 0: ")]:

@@ -81,6 +81,11 @@ TEST(Vector, OperationsOfTheInstructionSetAreThoseOfPlainVectors)
 {
     COMPARE(subtractSaturating, Zel8u, Zel8u);
     COMPARE(subtractSaturating, Zel16u, Zel16u);
+    COMPARE(addSaturating, Zel8u, Zel8u);
+    COMPARE(minimum, Zel32f, Zel32f);
+    COMPARE(minimum, Zel64f, Zel64f);
+    COMPARE(maximum, Zel32f, Zel32f);
+    COMPARE(maximum, Zel64f, Zel64f);
     COMPARE(multiplyAddPairs, Zel16s, Zel16s);
     COMPARE(multiplyHigh, Zel16s, Zel16s);
     COMPARE(multiplyHigh, Zel16u, Zel16u);
@@ -92,6 +97,12 @@ TEST(Vector, OperationsOfTheInstructionSetAreThoseOfPlainVectors)
     COMPARE(squareRoot, Zel64f);
     COMPARE(shiftBytesUp<2>, Zel8u);
     COMPARE(shiftBytesUp<8>, Zel8u);
+    COMPARE(shiftBytesDown<1>, Zel8u);
+    COMPARE(shiftBytesDown<6>, Zel8u);
+    COMPARE(shiftAllUp<1>, Zel8u);
+    COMPARE(shiftAllUp<16>, Zel8u);
+    COMPARE(shiftAllDown<3>, Zel8u);
+    COMPARE(shiftAllDown<16>, Zel8u);
     COMPARE(truncate, Zel32f);
     COMPARE(widen<Zel16u>, Zel8u);
     COMPARE(widen<Zel32s>, Zel8u);
