@@ -15,17 +15,6 @@ using namespace zelcv;
 
 namespace {
 
-// What a window reaches to both sides of its pixel, along a row or down a column; no further than a line is long.
-struct Window {
-    int before, behind;
-
-    Window(int size, int anchor, int lineLength)
-        : before(std::min(anchor, lineLength - 1)), behind(std::min(size - 1 - anchor, lineLength - 1))
-    {
-    }
-    std::int64_t size() const { return std::int64_t(before) + 1 + behind; }
-};
-
 // Windows of fewer rows take the extremes of two of them at a time; others run over blocks.
 constexpr int kManyRows = 8;
 
@@ -36,7 +25,8 @@ struct Stage {
 
     Plane<const T> src;
     ZeliSize size;
-    Window window;
+    ZeliSize mask;
+    ZeliPoint anchor;
 
     int elements() const { return size.width * Channels; }
     std::ptrdiff_t pitch() const
@@ -48,7 +38,7 @@ struct Stage {
     void operator()(std::int64_t y, T* dst, T* spare) const
     {
         const int row = int(std::clamp<std::int64_t>(y, 0, size.height - 1));
-        extremeRow<Pick, T, Channels>(src.row(row), dst, size.width, int(window.size()), window.before, spare);
+        extremeRow<Pick, T, Channels>(src.row(row), dst, size.width, mask.width, anchor.x, spare);
     }
 };
 
@@ -117,7 +107,7 @@ ZelStatus filter(Plane<const T> src, Plane<T> dst, ZeliSize roi, ZeliSize maskSi
     if (!within(anchor.x, maskSize.width) || !within(anchor.y, maskSize.height)) return zelStatusBadAnchor;
     if (auto status = checkPlanes<T, Channels>(src, dst, roi.width)) return status;
 
-    const Stage<Pick, T, Channels> stage{src, roi, Window(maskSize.width, anchor.x, roi.width)};
+    const Stage<Pick, T, Channels> stage{src, roi, maskSize, anchor};
     const Window column(maskSize.height, anchor.y, roi.height);
     T* const scratch = Carver(buffer).take<T>(0, stage.kAlignment);
     switch (column.size()) {

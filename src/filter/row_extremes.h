@@ -14,59 +14,132 @@
 
 namespace zelcv {
 
-// Windows up to this are taken by loading every pixel of them.
+// Up to so many pixels are loaded each by each.
 constexpr int kFewPixels = 5;
 
-template <class Pick>
-struct PickBlocks {
-    template <class First, class... Rest>
-    ZELCV_INLINE auto operator()(const First& first, const Rest&... rest) const
+// What a window reaches to both sides of its pixel, along a row or down a column; no further than a line is long.
+struct Window {
+    int before, behind;
+
+    Window(int size, int anchor, int lineLength)
+        : before(std::min(anchor, lineLength - 1)), behind(std::min(size - 1 - anchor, lineLength - 1))
     {
-        First extreme = first;
-        ((extreme = forParts([](auto a, auto b) ZELCV_INLINE { return Pick::of(a, b); }, extreme, rest)), ...);
-        return extreme;
+    }
+    std::int64_t size() const { return std::int64_t(before) + 1 + behind; }
+};
+
+// ---- windows of few pixels
+
+// Blocks of extremes of `taps` pixels, for mapRow. All of them must be readable.
+template <class Pick, int taps, int Channels, class T>
+struct FewPixels {
+    const T* from;
+
+    template <int count>
+    ZELCV_INLINE auto block(std::ptrdiff_t i) const
+    {
+        static_assert(count == kLanes<T>);
+        Vec<T> extreme = load(from + i);
+        for (int tap = 1; tap < taps; ++tap) extreme = Pick::of(extreme, load(from + i + tap * Channels));
+        return Group<Vec<T>, 1>{extreme};
     }
 };
 
-// dst[x] = the extreme of src[x - anchor] and the `taps` - 1 pixels behind it.
-template <class Pick, int taps, int Channels, class T>
-void extremesOfFew(const T* src, T* dst, int width, int anchor)
+// The first `count` pixels, whose windows are cut: dst[x] = the extreme of src[0] ... src[x + behind].
+template <class Pick, int Channels, class T>
+ZELCV_INLINE inline void extremesFromStart(const T* src, T* dst, int count, int width, int behind)
 {
-    const auto cutWindow = [=](int x) ZELCV_INLINE {
-        const std::ptrdiff_t first = std::max(0, x - anchor), last = std::min(width, x - anchor + taps);
-        for (int c = 0; c < Channels; ++c) {
-            T extreme = src[first * Channels + c];
-            for (std::ptrdiff_t i = first + 1; i < last; ++i) extreme = Pick::of(extreme, src[i * Channels + c]);
-            dst[std::ptrdiff_t(x) * Channels + c] = extreme;
+    for (int c = 0; c < Channels; ++c) {
+        T extreme = src[c];
+        for (std::ptrdiff_t i = 1; i <= behind; ++i) extreme = Pick::of(extreme, src[i * Channels + c]);
+        dst[c] = extreme;
+        for (std::ptrdiff_t x = 1; x < count; ++x) {
+            if (x + behind < width) extreme = Pick::of(extreme, src[(x + behind) * Channels + c]);
+            dst[x * Channels + c] = extreme;
         }
-    };
-    const int uncut = width - (taps - 1), firstCut = uncut > 0 ? anchor + uncut : anchor;
-    for (int x = 0; x < std::min(anchor, width); ++x) cutWindow(x);
-    if (uncut > 0)
-        [&]<int... tap>(std::integer_sequence<int, tap...>) ZELCV_INLINE {
-            mapRow(dst + anchor * Channels, uncut * Channels, PickBlocks<Pick>(), elements(src + tap * Channels)...);
-        }(std::make_integer_sequence<int, taps>());
-    for (int x = firstCut; x < width; ++x) cutWindow(x);
+    }
 }
 
-// dst[x] = the extreme of `length` pixels from src[x] on; length is not above width. Window by window twice as long: of those
-// that are cut at the end of the row nothing is missing.
+// The pixels from `first` on: dst[x] = the extreme of src[x - before] ... src[width - 1].
+template <class Pick, int Channels, class T>
+ZELCV_INLINE inline void extremesToEnd(const T* src, T* dst, int first, int width, int before)
+{
+    for (int c = 0; c < Channels; ++c) {
+        T extreme = src[std::ptrdiff_t(width - 1) * Channels + c];
+        for (std::ptrdiff_t x = width - 2; x >= width - 1 - before; --x) extreme = Pick::of(extreme, src[x * Channels + c]);
+        for (std::ptrdiff_t x = width - 1;;) {
+            dst[x * Channels + c] = extreme;
+            if (--x < first) break;
+            extreme = Pick::of(extreme, src[(x - before) * Channels + c]);
+        }
+    }
+}
+
+// dst[x] = the extreme of src[x - window.before] ... src[x + window.behind], which are `taps` pixels.
+template <class Pick, int taps, int Channels, class T>
+void extremesOfFew(const T* src, T* dst, int width, Window window)
+{
+    const int uncut = width - (taps - 1), n = uncut * Channels;
+    if (window.before > 0) extremesFromStart<Pick, Channels>(src, dst, window.before, width, window.behind);
+    if (window.behind > 0)
+        extremesToEnd<Pick, Channels>(src, dst, std::max(window.before, width - window.behind), width, window.before);
+    dst += window.before * Channels;
+    if (n >= kLanes<T>)
+        mapRow(dst, n, [](auto block) ZELCV_INLINE { return block; }, FewPixels<Pick, taps, Channels, T>{src});
+    else
+        for (int i = 0; i < n; ++i) {
+            dst[i] = src[i];
+            for (int tap = 1; tap < taps; ++tap) dst[i] = Pick::of(dst[i], src[i + tap * Channels]);
+        }
+}
+
+// ---- windows of many pixels
+
+// dst[i] = the extreme of a[i] and b[i]; dst may be a or b.
+template <class Pick, class T>
+void extremesOfTwo(const T* a, const T* b, T* dst, int n)
+{
+    mapRow(dst, n, [](auto x, auto y) ZELCV_INLINE {
+        return forParts([](Vec<T> v, Vec<T> w) ZELCV_INLINE { return Pick::of(v, w); }, x, y);
+    }, elements(a), elements(b));
+}
+
+// dst[x] = the extreme of `length` pixels from src[x] on; length is not above width. Step by step windows twice as long: those
+// that are cut at the end of the row are complete as they are.
 template <class Pick, int Channels, class T>
 void extremesFromHere(const T* src, T* dst, int width, int length)
 {
     constexpr int kFirst = 4;
+    const Window window(std::min(length, kFirst), 0, width);
     switch (length) {
     case 1: std::memcpy(dst, src, sizeof(T) * Channels * std::size_t(width)); return;
-    case 2: return extremesOfFew<Pick, 2, Channels>(src, dst, width, 0);
-    case 3: return extremesOfFew<Pick, 3, Channels>(src, dst, width, 0);
-    default: extremesOfFew<Pick, kFirst, Channels>(src, dst, width, 0);
+    case 2: return extremesOfFew<Pick, 2, Channels>(src, dst, width, window);
+    case 3: return extremesOfFew<Pick, 3, Channels>(src, dst, width, window);
+    default: extremesOfFew<Pick, kFirst, Channels>(src, dst, width, window);
     }
     for (int done = kFirst; done < length;) {
         const int more = std::min(done, length - done);
-        mapRow(dst, (width - more) * Channels, PickBlocks<Pick>(), elements<T>(dst), elements<T>(dst + more * Channels));
+        extremesOfTwo<Pick>(dst, dst + more * Channels, dst, (width - more) * Channels);
         done += more;
     }
 }
+
+// A window is laid over by two parts of it: the one that starts with it, or with the row, and the one that ends with it.
+template <class Pick, int Channels, class T>
+void extremesOfMany(const T* src, T* dst, int width, Window window, T* spare)
+{
+    const int part = std::max(window.behind + 1, int((window.size() + 1) / 2));
+    const int lead = part - (window.behind + 1); // so many windows are shorter than their second part
+    extremesFromHere<Pick, Channels>(src, spare, width, part);
+    if (lead > 0) extremesFromStart<Pick, Channels>(src, dst, lead, width, window.behind);
+    for (std::ptrdiff_t x = lead; x < window.before; ++x)
+        for (int c = 0; c < Channels; ++c) dst[x * Channels + c] = Pick::of(spare[c], spare[(x - lead) * Channels + c]);
+    const std::ptrdiff_t whole = window.before * std::ptrdiff_t(Channels);
+    extremesOfTwo<Pick>(spare, spare + whole - lead * std::ptrdiff_t(Channels), dst + whole,
+                        (width - window.before) * Channels);
+}
+
+// ---- all windows
 
 // dst[x] = the extreme of src[x - anchor] ... src[x - anchor + length - 1], clamped to the row, channel by channel; `width` in
 // pixels; the anchor lies within the window. `spare` is a row of width * Channels elements. src, dst and spare are different
@@ -74,32 +147,15 @@ void extremesFromHere(const T* src, T* dst, int width, int length)
 template <class Pick, class T, int Channels>
 void extremeRow(const T* src, T* dst, int width, int length, int anchor, T* spare)
 {
-    const std::ptrdiff_t left = std::min(anchor, width - 1), right = std::min(length - 1 - anchor, width - 1);
-    const std::ptrdiff_t window = left + 1 + right;
-    switch (window) {
-    case 1: std::memcpy(dst, src, sizeof(T) * Channels * std::size_t(width)); return;
-    case 2: return extremesOfFew<Pick, 2, Channels>(src, dst, width, int(left));
-    case 3: return extremesOfFew<Pick, 3, Channels>(src, dst, width, int(left));
-    case 4: return extremesOfFew<Pick, 4, Channels>(src, dst, width, int(left));
-    case kFewPixels: return extremesOfFew<Pick, kFewPixels, Channels>(src, dst, width, int(left));
+    const Window window(length, anchor, width);
+    switch (window.size()) {
+    case 1: std::memcpy(dst, src, sizeof(T) * Channels * std::size_t(width)); break;
+    case 2: extremesOfFew<Pick, 2, Channels>(src, dst, width, window); break;
+    case 3: extremesOfFew<Pick, 3, Channels>(src, dst, width, window); break;
+    case 4: extremesOfFew<Pick, 4, Channels>(src, dst, width, window); break;
+    case kFewPixels: extremesOfFew<Pick, kFewPixels, Channels>(src, dst, width, window); break;
+    default: extremesOfMany<Pick, Channels>(src, dst, width, window, spare);
     }
-    // A window is laid over by two parts of it: the one that starts with it, or with the row, and the one that ends with it.
-    const std::ptrdiff_t part = std::max(right + 1, (window + 1) / 2), lead = part - (right + 1);
-    extremesFromHere<Pick, Channels>(src, spare, width, int(part));
-
-    const std::ptrdiff_t begun = lead * Channels, whole = left * Channels; // where the parts have their full length
-    for (std::ptrdiff_t i = 0; i < begun; ++i) { // the row starts within the second part, too
-        if (i < Channels) {
-            dst[i] = src[i];
-            for (std::ptrdiff_t j = 1; j <= right; ++j) dst[i] = Pick::of(dst[i], src[i + j * Channels]);
-        } else {
-            dst[i] = Pick::of(dst[i - Channels], src[i + right * Channels]);
-        }
-    }
-    for (std::ptrdiff_t i = begun; i < whole; i += Channels)
-        for (int c = 0; c < Channels; ++c) dst[i + c] = Pick::of(spare[c], spare[i + c - begun]);
-    mapRow(dst + whole, int(width * std::ptrdiff_t(Channels) - whole), PickBlocks<Pick>(), elements<T>(spare),
-           elements<T>(spare + (whole - begun)));
 }
 
 } // namespace zelcv
