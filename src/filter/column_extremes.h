@@ -12,24 +12,26 @@
 
 namespace zelcv {
 
-// Calls strip(i, vectors, loadAt, storeAt) for strips of vectors that cover n elements; the last one overlaps what is before,
-// or is stored in part.
-template <class T, int vectors, class Strip>
-ZELCV_INLINE inline void forStrips(int n, const Strip& strip)
+// Calls strip(i, vectors, loadAt, storeAt) for strips of up to eight vectors that cover n elements; the last one overlaps what
+// is before, or is stored in part.
+template <class T, class Strip>
+ZELCV_INLINE inline void forStrips(std::ptrdiff_t n, const Strip& strip)
 {
     constexpr int lanes = kLanes<T>;
     const auto aligned = [](const T* from) ZELCV_INLINE { return loadAligned(from); };
     const auto anywhere = [](const T* from) ZELCV_INLINE { return load(from); };
     const auto whole = [](T* to, Vec<T> v) ZELCV_INLINE { store(to, v); };
     const auto inPart = [n](T* to, Vec<T> v) ZELCV_INLINE { std::memcpy(to, &v, sizeof(T) * std::size_t(n)); };
-    const std::integral_constant<int, vectors> all;
-    const std::integral_constant<int, 1> single;
+    constexpr std::integral_constant<int, 8> eight;
+    constexpr std::integral_constant<int, 4> four;
+    constexpr std::integral_constant<int, 1> one;
     std::ptrdiff_t i = 0;
-    for (; i <= n - vectors * lanes; i += vectors * lanes) strip(i, all, aligned, whole);
-    for (; i <= n - lanes; i += lanes) strip(i, single, aligned, whole);
+    for (; i <= n - 8 * lanes; i += 8 * lanes) strip(i, eight, aligned, whole);
+    if (i <= n - 4 * lanes) strip(i, four, aligned, whole), i += 4 * lanes;
+    for (; i <= n - lanes; i += lanes) strip(i, one, aligned, whole);
     if (i == n) return;
-    if (n >= lanes) strip(n - lanes, single, anywhere, whole);
-    else strip(0, single, aligned, inPart);
+    if (n >= lanes) strip(n - lanes, one, anywhere, whole);
+    else strip(0, one, aligned, inPart);
 }
 
 // ---- windows of few rows
@@ -41,7 +43,7 @@ void extremesOfTwoWindows(const T* const* rows, T* const* dst, int n)
     const T* row[taps + 1];
     std::copy_n(rows, taps + 1, row);
     T *const first = dst[0], *const second = dst[1];
-    forStrips<T, 4>(n, [&](std::ptrdiff_t i, auto vectors, const auto& loadAt, const auto& storeAt) ZELCV_INLINE {
+    forStrips<T>(n, [&](std::ptrdiff_t i, auto vectors, const auto& loadAt, const auto& storeAt) ZELCV_INLINE {
         for (int v = 0; v < vectors; ++v, i += kLanes<T>) {
             Vec<T> common = loadAt(row[1] + i);
             for (int tap = 2; tap < taps; ++tap) common = Pick::of(common, loadAt(row[tap] + i));
@@ -60,7 +62,7 @@ void extremesOfTwoWindows(const T* const* rows, T* const* dst, int n)
 template <class Pick, class T>
 void extremesToTheEnd(T* block, std::ptrdiff_t pitch, int count)
 {
-    forStrips<T, 4>(int(pitch), [=](std::ptrdiff_t i, auto vectors, const auto& loadAt, const auto& storeAt) ZELCV_INLINE {
+    forStrips<T>(pitch, [=](std::ptrdiff_t i, auto vectors, const auto& loadAt, const auto& storeAt) ZELCV_INLINE {
         T* row = block + (count - 1) * pitch + i;
         Vec<T> running[vectors];
         for (int v = 0; v < vectors; ++v) running[v] = loadAt(row + v * kLanes<T>);
@@ -78,7 +80,7 @@ void extremesToTheEnd(T* block, std::ptrdiff_t pitch, int count)
 template <class Pick, class T>
 void extremesOverBlocks(const T* ends, const T* starts, std::ptrdiff_t pitch, Plane<T> dst, int count, int n)
 {
-    forStrips<T, 4>(n, [=](std::ptrdiff_t i, auto vectors, const auto& loadAt, const auto& storeAt) ZELCV_INLINE {
+    forStrips<T>(n, [=](std::ptrdiff_t i, auto vectors, const auto& loadAt, const auto& storeAt) ZELCV_INLINE {
         const T *end = ends + i, *start = starts + i;
         Plane<T> to{dst.data + i, dst.step};
         Vec<T> running[vectors];

@@ -20,13 +20,13 @@ constexpr int kManyRows = 8;
 
 // The row stage, and the rows that it writes: aligned, and as long as whole vectors in every build.
 template <class Pick, class T, int Channels>
-struct Stage {
+struct RowStage {
     static constexpr int kAlignment = 32;
+    static constexpr int kSpare = kRepeatBytes / int(sizeof(T)); // elements of its scratch row in front of another row
 
     Plane<const T> src;
     ZeliSize size;
-    ZeliSize mask;
-    ZeliPoint anchor;
+    Window window;
 
     int elements() const { return size.width * Channels; }
     std::ptrdiff_t pitch() const
@@ -34,46 +34,59 @@ struct Stage {
         constexpr std::ptrdiff_t unit = kAlignment / sizeof(T);
         return (elements() + unit - 1) / unit * unit;
     }
-    // Row y, or the one that stands for it.
-    void operator()(std::int64_t y, T* dst, T* spare) const
+    void operator()(int y, T* dst, T* spare) const
     {
-        const int row = int(std::clamp<std::int64_t>(y, 0, size.height - 1));
-        extremeRow<Pick, T, Channels>(src.row(row), dst, size.width, mask.width, anchor.x, spare);
+        extremesOfWindows<Pick, Channels>(src.row(y), dst, size.width, window, spare);
     }
 };
 
-template <class Pick, int taps, class T, class RowStage>
-void filterFewRows(const RowStage& stage, Plane<T> dst, int above, T* scratch)
+// Two rows of output at a time, from a ring that holds what both of them need.
+template <class Pick, int taps, class T, class Stage>
+void filterFewRows(const Stage& stage, Plane<T> dst, int above, T* scratch)
 {
     constexpr int kRing = taps + 1;
     const int height = stage.size.height, n = stage.elements();
     const std::ptrdiff_t pitch = stage.pitch();
-    T* const spare = scratch + kRing * pitch;
+    T *const spare = scratch, *const ring = scratch + Stage::kSpare + pitch;
+    T* slot = ring;
     int staged = 0;
-    for (int y = 0; y < height; y += 2) {
-        if (y == height - 1) --y; // the last row, and once more the one above
-        for (; staged <= std::min(y - above + taps, height - 1); ++staged) stage(staged, scratch + staged % kRing * pitch, spare);
-        const T* rows[kRing];
-        for (int i = 0; i < kRing; ++i) rows[i] = scratch + std::clamp(y - above + i, 0, height - 1) % kRing * pitch;
+    const T* rows[kRing]; // for row y of the output, and one more
+    const auto next = [&](const T* last) -> const T* {
+        if (staged == height) return last;
+        T* const row = slot;
+        stage(staged++, row, spare);
+        slot = staged % kRing == 0 ? ring : slot + pitch;
+        return row;
+    };
+    rows[0] = next(nullptr);
+    for (int i = 1; i < kRing; ++i) rows[i] = i <= above ? rows[0] : next(rows[i - 1]);
+    for (int y = 0;;) {
         T* const to[] = {dst.row(y), dst.row(y + 1)};
         extremesOfTwoWindows<Pick, taps>(rows, to, n);
+        if (y + 2 == height) break;
+        const int step = std::min(2, height - 2 - y); // the last row comes with the one above, which is made once more
+        for (int i = 0; i < step; ++i) {
+            std::copy_n(rows + 1, taps, rows);
+            rows[taps] = next(rows[taps]);
+        }
+        y += step;
     }
 }
 
-template <class Pick, class T, class RowStage>
-void filterManyRows(const RowStage& stage, Plane<T> dst, Window window, T* scratch)
+template <class Pick, class T, class Stage>
+void filterManyRows(const Stage& stage, Plane<T> dst, Window window, T* scratch)
 {
     const int height = stage.size.height, n = stage.elements(), count = int(window.size());
     const std::ptrdiff_t pitch = stage.pitch();
     // Blocks of staged rows: `ends` of the rows that start windows, `starts` of those behind. Row 0 of `ends` is written to
-    // the output before the others, and is spare then.
-    T *ends = scratch, *starts = scratch + count * pitch;
+    // the output before the others, and is spare then, with what lies in front of it.
+    T *ends = scratch + Stage::kSpare, *starts = ends + count * pitch + Stage::kSpare;
     const auto fill = [&](T* block, std::int64_t firstRow, int rows, T* spare) {
         for (int i = 0; i < rows; ++i) {
-            const bool again = i > 0 && (firstRow + i <= 0 || firstRow + i >= height);
+            const std::int64_t y = firstRow + i;
             T* const row = block + i * pitch;
-            if (again) std::memcpy(row, row - pitch, sizeof(T) * std::size_t(n));
-            else stage(firstRow + i, row, spare);
+            if (i > 0 && (y <= 0 || y >= height)) std::memcpy(row, row - pitch, sizeof(T) * std::size_t(n));
+            else stage(int(std::clamp<std::int64_t>(y, 0, height - 1)), row, spare - Stage::kSpare);
         }
     };
     fill(ends, -window.before, count, starts);
@@ -107,7 +120,7 @@ ZelStatus filter(Plane<const T> src, Plane<T> dst, ZeliSize roi, ZeliSize maskSi
     if (!within(anchor.x, maskSize.width) || !within(anchor.y, maskSize.height)) return zelStatusBadAnchor;
     if (auto status = checkPlanes<T, Channels>(src, dst, roi.width)) return status;
 
-    const Stage<Pick, T, Channels> stage{src, roi, maskSize, anchor};
+    const RowStage<Pick, T, Channels> stage{src, roi, Window(maskSize.width, anchor.x, roi.width)};
     const Window column(maskSize.height, anchor.y, roi.height);
     T* const scratch = Carver(buffer).take<T>(0, stage.kAlignment);
     switch (column.size()) {
