@@ -24,39 +24,39 @@ inline std::ptrdiff_t roomFrom(const void* piece, const ZeliMorphState& state)
     return state.end() - static_cast<const Zel8u*>(piece);
 }
 
-// The rows of a region that lie under a mask, in a ring of as many slots as the mask has rows. Rows outside of the region are
-// its first or last one.
+// What stands for the rows of a region that lie under a mask, the top one first. Rows outside of the region are its first or
+// last one. The table holds twice as many entries as the mask has rows, so that the rows under it never wrap.
+template <class Entry>
 class RowWindow {
 public:
-    RowWindow(int regionHeight, int maskHeight, int anchor)
-        : lastRow_(regionHeight - 1), slots_(maskHeight), anchor_(anchor) {}
-
-    // Puts the mask on row `y` of the output, which goes up from 0 one by one; calls load(row, slot) for the rows that come in.
-    template <class Load>
-    ZELCV_INLINE void moveTo(int y, const Load& load)
+    RowWindow(int regionHeight, int maskHeight, int anchor, Entry* table)
+        : lastRow_(regionHeight - 1), slots_(maskHeight), anchor_(anchor), next_(-std::int64_t(anchor)), table_(table)
     {
-        const int first = std::max(0, y - anchor_);
-        if (first > first_) {
-            first_ = first;
-            if (++firstSlot_ == slots_) firstSlot_ = 0;
-        }
-        top_ = y - anchor_;
-        for (const int last = row(slots_ - 1); loaded_ <= last; ++loaded_) load(loaded_, slotOf(loaded_));
     }
 
-    // The row of the region under row `j` of the mask, and the slot where it is.
-    int row(int j) const { return int(std::clamp<std::int64_t>(std::int64_t(top_) + j, 0, lastRow_)); }
-    int slotOf(int row) const
+    // Puts the mask on row `y` of the region, which goes up from 0 one by one, and returns the entries under it. Entries come
+    // from load(row, slot), once for each row. A slot is free again when its row is no longer under the mask.
+    template <class Load>
+    ZELCV_INLINE const Entry* moveTo(int y, const Load& load)
     {
-        const int slot = firstSlot_ + (row - first_);
-        return slot < slots_ ? slot : slot - slots_;
+        for (const std::int64_t end = std::int64_t(y) - anchor_ + slots_; next_ < end; ++next_) {
+            if (loaded_ < 0 || (next_ > 0 && next_ <= lastRow_)) {
+                entry_ = load(++loaded_, slot_);
+                if (++slot_ == slots_) slot_ = 0;
+            }
+            table_[place_] = table_[place_ + slots_] = entry_;
+            if (++place_ == slots_) place_ = 0;
+        }
+        return table_ + place_;
     }
 
 private:
     int lastRow_, slots_, anchor_;
-    int top_ = 0;                   // the row under row 0 of the mask, maybe outside of the region
-    int first_ = 0, firstSlot_ = 0; // the first row of the region that is still there
-    int loaded_ = 0;                // rows that have come in
+    std::int64_t next_; // the row that comes next, which may be outside of the region
+    Entry* table_;
+    Entry entry_ = {};     // of the row that came last
+    int loaded_ = -1;      // the row that was loaded last
+    int slot_ = 0, place_ = 0;
 };
 
 // visit(x, y) for every set byte of the mask of a state, relative to the anchor, row by row.
@@ -119,6 +119,7 @@ public:
             ++rows_[rowCount_ - 1].count;
             offsets_[count_++] = from % state.maskWidth * channels;
         }
+        while (from < end && state.mask[from] == 0) ++from;
         return from;
     }
     int count() const { return count_; }
@@ -144,45 +145,121 @@ private:
     std::ptrdiff_t offsets_[kAtOnce]; // in elements, from the start of a row of the mask
 };
 
-// Copies a row with `left` pixels in front, which are its first one, and `right` behind, which are its last.
-template <int Channels, class T>
-void padRow(const T* src, T* dst, int width, int left, int right)
+// Few bytes, which are known to be few.
+ZELCV_INLINE inline void copyShort(void* dst, const void* src, std::size_t bytes)
 {
-    const std::ptrdiff_t elements = std::ptrdiff_t(width) * Channels;
-    for (std::ptrdiff_t i = 0; i < left; ++i) std::memcpy(dst + i * Channels, src, sizeof(T) * Channels);
-    dst += std::ptrdiff_t(left) * Channels;
-    std::memcpy(dst, src, sizeof(T) * std::size_t(elements));
-    dst += elements;
-    for (std::ptrdiff_t i = 0; i < right; ++i)
-        std::memcpy(dst + i * Channels, src + elements - Channels, sizeof(T) * Channels);
+    const auto ends = [=]<class Word>(Word first) ZELCV_INLINE { // a word at the start and one at the end, which may overlap
+        Word last;
+        std::memcpy(&first, src, sizeof first);
+        std::memcpy(&last, static_cast<const char*>(src) + bytes - sizeof last, sizeof last);
+        std::memcpy(dst, &first, sizeof first);
+        std::memcpy(static_cast<char*>(dst) + bytes - sizeof last, &last, sizeof last);
+    };
+    if (bytes > 16) std::memcpy(dst, src, bytes);
+    else if (bytes >= 8) ends(std::uint64_t());
+    else if (bytes >= 4) ends(Zel32u());
+    else if (bytes >= 2) ends(Zel16u());
+    else if (bytes == 1) ends(Zel8u());
 }
 
-// Rows with their border columns stand in a ring in the work area, and the set bytes are places there. Of masks with very many
-// set bytes some are taken at a time, and the row so far is a further place. False where the work area is too small.
+template <int Channels, class T>
+ZELCV_INLINE inline T* repeatPixel(const T* pixel, T* to, int count)
+{
+    if constexpr (Channels == 1) {
+        std::fill_n(to, count, *pixel);
+    } else {
+        for (std::ptrdiff_t i = 0; i < count; ++i) std::memcpy(to + i * Channels, pixel, sizeof(T) * Channels);
+    }
+    return to + std::ptrdiff_t(count) * Channels;
+}
+
+// The columns that the mask reaches over: for whole bands of rows the two edges of the source, with their border columns, stand
+// beside each other in the work area, row behind row without gaps, so that a band is one long row. False where the work area
+// is too small.
 template <class Pick, class T, int Channels>
-bool extremesOfGeneral(Plane<const T> src, Plane<T> dst, ZeliSize roi, const ZeliMorphState& state)
+bool extremesOfSides(Plane<const T> src, Plane<T> dst, ZeliSize roi, const ZeliMorphState& state, const Places& places)
+{
+    const int left = state.anchorX, right = state.rightExtent;
+    const std::ptrdiff_t reach = std::ptrdiff_t(left + right) * Channels, elements = std::ptrdiff_t(roi.width) * Channels;
+    const std::ptrdiff_t across = 3 * reach; // of a row: the border and the edge on the left, those on the right
+    const std::ptrdiff_t room = roomFrom(state.work, state) / std::ptrdiff_t(sizeof(T)) - kSparseBlock<T>;
+    const int under = state.maskHeight - 1;
+    if (reach == 0) return true;
+    const int band = int(std::min<std::ptrdiff_t>(roi.height, (room / across - under) / 2));
+    if (band < 1) return false;
+    T* const edges = reinterpret_cast<T*>(state.work);
+    T* const result = edges + (band + under) * across;
+
+    const T* at[Places::kAtOnce];
+    places.locate(at, [&](int j) { return edges + j * across; });
+    for (int y = 0; y < roi.height; y += band) {
+        const int rows = std::min(band, roi.height - y);
+        for (int v = 0; v < rows + under; ++v) {
+            const T* const row = src.row(std::clamp(y - state.anchorY + v, 0, roi.height - 1));
+            T* const edge = repeatPixel<Channels>(row, edges + v * across, left);
+            copyShort(edge, row, sizeof(T) * std::size_t(reach));
+            copyShort(edge + reach, row + elements - reach, sizeof(T) * std::size_t(reach));
+            repeatPixel<Channels>(row + elements - Channels, edge + 2 * reach, right);
+        }
+        extremesOfPlaces<Pick>(at, places.count(), Pick::template kStart<T>, result, int((rows - 1) * across + 2 * reach));
+        for (int v = 0; v < rows; ++v) {
+            const T* const row = result + v * across;
+            T* const to = dst.row(y + v);
+            copyShort(to, row, sizeof(T) * Channels * std::size_t(left));
+            copyShort(to + elements - std::ptrdiff_t(right) * Channels, row + std::ptrdiff_t(left) * Channels + reach,
+                      sizeof(T) * Channels * std::size_t(right));
+        }
+    }
+    return true;
+}
+
+// The columns that the mask does not reach over, from the source itself.
+template <class Pick, class T, int Channels>
+void extremesOfMiddle(Plane<const T> src, Plane<T> dst, ZeliSize roi, const ZeliMorphState& state, const Places& places)
+{
+    const int middle = (roi.width - (state.maskWidth - 1)) * Channels;
+    const T* at[Places::kAtOnce];
+    for (int y = 0; y < roi.height; ++y) {
+        if (y > state.anchorY && y < roi.height - state.bottomExtent) // all places are a row below those before
+            for (int k = 0; k < places.count(); ++k)
+                at[k] = reinterpret_cast<const T*>(reinterpret_cast<const char*>(at[k]) + src.step);
+        else
+            places.locate(at, [&](int j) { return src.row(std::clamp(y - state.anchorY + j, 0, roi.height - 1)); });
+        extremesOfPlaces<Pick>(at, places.count(), Pick::template kStart<T>,
+                               dst.row(y) + std::ptrdiff_t(state.anchorX) * Channels, middle);
+    }
+}
+
+// All columns, for narrow regions and masks with very many set bytes. Rows with their border columns stand in a ring in the
+// work area. Some set bytes are taken at a time, and the row so far is a further place. False where the work area is too small.
+template <class Pick, class T, int Channels>
+bool extremesOfPaddedRows(Plane<const T> src, Plane<T> dst, ZeliSize roi, const ZeliMorphState& state, Places& places)
 {
     const int elements = roi.width * Channels;
     const std::int64_t rowBytes = std::int64_t(sizeof(T)) * elements;
     const std::int64_t paddedBytes = rowBytes + std::int64_t(sizeof(T)) * Channels * (state.maskWidth - 1);
     const std::int64_t ringBytes = std::int64_t(state.maskHeight) * state.bufferStep;
     const std::int64_t behind = std::max(rowBytes, std::int64_t(sizeof(T)) * kSparseBlock<T>); // of the ring
-    if (paddedBytes > state.bufferStep || ringBytes + behind > roomFrom(state.work, state)) return false;
-    const Plane<T> ring{reinterpret_cast<T*>(state.work), state.bufferStep};
+    Carver pieces(state.work);
+    const T** const table = pieces.take<const T*>(2 * std::int64_t(state.maskHeight));
+    const Plane<T> ring{pieces.take<T>(0), state.bufferStep};
+    if (paddedBytes > state.bufferStep || ringBytes + behind > roomFrom(ring.data, state)) return false;
     T* const soFar = ring.row(state.maskHeight);
 
-    Places places;
     const T* at[1 + Places::kAtOnce];
     const std::ptrdiff_t end = std::ptrdiff_t(state.maskWidth) * state.maskHeight;
     for (std::ptrdiff_t from = 0; from < end;) {
         const bool more = from > 0;
         from = places.collect(state, from, Channels);
-        RowWindow window(roi.height, state.maskHeight, state.anchorY);
+        RowWindow<const T*> window(roi.height, state.maskHeight, state.anchorY, table);
         for (int y = 0; y < roi.height; ++y) {
-            window.moveTo(y, [&](int row, int slot) {
-                padRow<Channels>(src.row(row), ring.row(slot), roi.width, state.anchorX, state.rightExtent);
+            const T* const* const rows = window.moveTo(y, [&](int row, int slot) {
+                T* const padded = repeatPixel<Channels>(src.row(row), ring.row(slot), state.anchorX);
+                std::memcpy(padded, src.row(row), std::size_t(rowBytes));
+                repeatPixel<Channels>(padded + elements - Channels, padded + elements, state.rightExtent);
+                return ring.row(slot);
             });
-            places.locate(at + more, [&](int j) { return ring.row(window.slotOf(window.row(j))); });
+            places.locate(at + more, [&](int j) { return rows[j]; });
             if (more) {
                 std::memcpy(soFar, dst.row(y), std::size_t(rowBytes));
                 at[0] = soFar;
@@ -191,6 +268,20 @@ bool extremesOfGeneral(Plane<const T> src, Plane<T> dst, ZeliSize roi, const Zel
                                    elements);
         }
     }
+    return true;
+}
+
+// False where the work area is too small.
+template <class Pick, class T, int Channels>
+bool extremesOfGeneral(Plane<const T> src, Plane<T> dst, ZeliSize roi, const ZeliMorphState& state)
+{
+    Places places;
+    const bool all = places.collect(state, 0, Channels) == std::ptrdiff_t(state.maskWidth) * state.maskHeight;
+    const std::int64_t middle = (std::int64_t(roi.width) - (state.maskWidth - 1)) * Channels;
+    if (!all || middle < kSparseBlock<T> || roi.width < state.maskWidth ||
+        !extremesOfSides<Pick, T, Channels>(src, dst, roi, state, places))
+        return extremesOfPaddedRows<Pick, T, Channels>(src, dst, roi, state, places);
+    extremesOfMiddle<Pick, T, Channels>(src, dst, roi, state, places);
     return true;
 }
 
