@@ -26,6 +26,7 @@ int main(int argc, char** argv)
     app::addGradientCommand(program);
     app::addDiffCommand(program);
     app::addFilterCommand(program);
+    app::addRankCommand(program);
     app::addMorphCommand(program);
     app::addAverageCommand(program);
     app::addStatsCommand(program);

@@ -16,6 +16,7 @@ void addEdgesCommand(CLI::App& program);
 void addGradientCommand(CLI::App& program);
 void addDiffCommand(CLI::App& program);
 void addFilterCommand(CLI::App& program);
+void addRankCommand(CLI::App& program);
 void addMorphCommand(CLI::App& program);
 void addAverageCommand(CLI::App& program);
 void addStatsCommand(CLI::App& program);

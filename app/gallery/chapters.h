@@ -23,5 +23,6 @@ Chapter featuresChapter(const Source& source);
 // Sections of them that stand in files of their own.
 Section sequencesSection(const Source& source);
 Section haarSection(const Source& source);
+Section rankSection(const Source& source);
 
 } // namespace app

@@ -275,7 +275,7 @@ Chapter filterChapter(const Source& source)
     return {"filter",
             "Filters",
             {derivativesSection(source), typesSection(source), kernelsSection(source), pipelinesSection(source),
-             bordersSection(source), generatedSection(source)}};
+             bordersSection(source), generatedSection(source), rankSection(source)}};
 }
 
 } // namespace app

@@ -21,12 +21,11 @@ Prepare filter(SizeFunction sizeFunction, Function function, int channels, ZeliS
 
 const bool registered = [] {
 #define RANK(T, layout, channels)                                                                                         \
-    for (int side : {3, 5, 15, 51}) {                                                                                     \
+    for (const auto& [side, remark] : {std::pair{3, "/3x3"}, {5, "/5x5"}, {15, "/15x15"}, {51, "/51x51"}}) {              \
         const ZeliSize mask{side, side};                                                                                  \
-        const std::string remark = "/" + std::to_string(side) + "x" + std::to_string(side);                               \
-        measure("zeliFilterMaxBorderReplicate_" #layout + remark, 2 * channels * sizeof(T),                               \
+        measure("zeliFilterMaxBorderReplicate_" #layout + std::string(remark), 2 * channels * sizeof(T),                               \
                 filter<T>(zeliFilterMaxGetBufferSize_##layout, zeliFilterMaxBorderReplicate_##layout, channels, mask));   \
-        measure("zeliFilterMinBorderReplicate_" #layout + remark, 2 * channels * sizeof(T),                               \
+        measure("zeliFilterMinBorderReplicate_" #layout + std::string(remark), 2 * channels * sizeof(T),                               \
                 filter<T>(zeliFilterMinGetBufferSize_##layout, zeliFilterMinBorderReplicate_##layout, channels, mask));   \
     }
     RANK(Zel8u, 8u_C1R, 1)

@@ -472,7 +472,7 @@ ZELCV_API ZelStatus zeliGenSobelKernel_32f(Zel32f* dst, int kernelSize, int orde
  *   maskSize.height
  * where the nearest pixel of the region stands for one outside. The time hardly grows with the rectangle: 2 or 3 rows and
  * columns more are nothing, sizes up to 7 rows and 5 columns are the fastest. A rectangle may be larger than the region.
- * In 32f the outcome is open where a NaN lies in the rectangle, and so is the sign of zero where both zeros do.
+ * In 32f the outcome is open where a NaN lies in the rectangle; of both zeros the last one in it is taken, row by row.
  *
  *   src, srcStep   source plane, bytes from row to row
  *   dst, dstStep   destination plane, other memory than src

@@ -1,5 +1,5 @@
 // The column stages of minimum and maximum filters: extremes over rows that follow each other. All rows that are read are
-// aligned, and as long as whole vectors.
+// aligned, and as long as whole vectors. Of equal numbers the last row's is taken, as row_extremes.h does.
 #pragma once
 
 #include "extremes.h"
@@ -47,7 +47,7 @@ void extremesOfTwoWindows(const T* const* rows, T* const* dst, int n)
         for (int v = 0; v < vectors; ++v, i += kLanes<T>) {
             Vec<T> common = loadAt(row[1] + i);
             for (int tap = 2; tap < taps; ++tap) common = Pick::of(common, loadAt(row[tap] + i));
-            storeAt(first + i, Pick::of(common, loadAt(row[0] + i)));
+            storeAt(first + i, Pick::of(loadAt(row[0] + i), common));
             storeAt(second + i, Pick::of(common, loadAt(row[taps] + i)));
         }
     });
@@ -69,7 +69,7 @@ void extremesToTheEnd(T* block, std::ptrdiff_t pitch, int count)
         for (int y = count - 2; y >= 0; --y) {
             row -= pitch;
             for (int v = 0; v < vectors; ++v) {
-                running[v] = Pick::of(running[v], loadAt(row + v * kLanes<T>));
+                running[v] = Pick::of(loadAt(row + v * kLanes<T>), running[v]);
                 storeAt(row + v * kLanes<T>, running[v]);
             }
         }
@@ -88,7 +88,7 @@ void extremesOverBlocks(const T* ends, const T* starts, std::ptrdiff_t pitch, Pl
         for (int y = 0; y < count; ++y) {
             for (int v = 0; v < vectors; ++v) {
                 running[v] = Pick::of(running[v], loadAt(start + v * kLanes<T>));
-                storeAt(to.data + v * kLanes<T>, Pick::of(running[v], loadAt(end + v * kLanes<T>)));
+                storeAt(to.data + v * kLanes<T>, Pick::of(loadAt(end + v * kLanes<T>), running[v]));
             }
             start += pitch, end += pitch, to.data = to.row(1);
         }

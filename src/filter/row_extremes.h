@@ -2,6 +2,9 @@
 //
 // A window that reaches over an end of the row is cut there. No pixel need stand in for one outside: the window holds the
 // pixel at the end, which would.
+//
+// Of numbers that compare equal the last one of a window is taken, which tells zeros apart: wherever two extremes meet, the
+// one that ends further behind is the second.
 #pragma once
 
 #include "extremes.h"
@@ -64,10 +67,10 @@ ZELCV_INLINE inline void extremesToEnd(const T* srcEnd, T* dstEnd, std::ptrdiff_
 {
     for (int c = 0; c < Channels; ++c) {
         T extreme = srcEnd[c - Channels];
-        for (std::ptrdiff_t i = 2; i <= before + 1; ++i) extreme = Pick::of(extreme, srcEnd[c - i * Channels]);
+        for (std::ptrdiff_t i = 2; i <= before + 1; ++i) extreme = Pick::of(srcEnd[c - i * Channels], extreme);
         dstEnd[c - Channels] = extreme;
         for (std::ptrdiff_t x = 2; x <= count; ++x)
-            dstEnd[c - x * Channels] = extreme = Pick::of(extreme, srcEnd[c - (x + before) * Channels]);
+            dstEnd[c - x * Channels] = extreme = Pick::of(srcEnd[c - (x + before) * Channels], extreme);
     }
 }
 

@@ -147,6 +147,7 @@ class Program(unittest.TestCase):
                 (["gradient"], 3 * 640 + 12, 1), (["gradient", "--scharr"], 3 * 640 + 12, 1), (["diff"], 640, 3),
                 (["filter", "--row", "1,4,6,4,1"], 640, 3), (["filter", "--row", "-1,0,1", "--signed"], 640, 3),
                 (["filter", "--row", "0.5,2.25,0.5", "--float"], 640, 3), (["average"], 640, 1), (["compare"], 640, 3),
+                (["rank", "--op", "range", "--width", "3"], 640, 3),
                 (["morph", "--op", "gradient", "--shape", "cross"], 640, 3),
                 (["localdev", "--window", "9"], 640, 1), (["cascade", "--stages", BLOBS], 640, 3)]:
             with self.subTest(arguments):
@@ -161,6 +162,7 @@ class Program(unittest.TestCase):
             for arguments, wide in [(["edges"], width), (["gradient", "--aperture", "5"], 3 * width + 12),
                                     (["filter", "--row", ",".join(["1"] * 10001), "--border", "reflect"], width),
                                     (["filter", "--row", "1,1", "--border", "wrap"], width),
+                                    (["rank", "--op", "max", "--width", "10000"], width),
                                     (["morph", "--op", "close", "--size", "255"], width),
                                     (["localdev", "--window", "1"], width), (["average"], width)]:
                 with self.subTest((width, height, arguments[0])):
@@ -241,6 +243,22 @@ class Program(unittest.TestCase):
                                      ("gradient", less(dilated, eroded))]:
                     with self.subTest((channels, shape, name)):
                         self.assertEqual(wanted, self.picture("morph", "in.png", "--op", name, *shape)[3])
+
+    def test_rank_equals_its_definition(self):
+        numbers = random.Random(4)
+        width, height, across, down, x0, y0 = 7, 6, 4, 3, 3, 0
+        for channels, kind in [(1, 0), (3, 2)]:
+            src = [[[numbers.randrange(256) for _ in range(channels)] for _ in range(width)] for _ in range(height)]
+            self.path("in.png", png(width, height, kind, [sum(line, []) for line in src]))
+            values = [[[src[min(max(y - y0 + j, 0), height - 1)][min(max(x - x0 + i, 0), width - 1)][c]
+                        for i in range(across) for j in range(down)] for x in range(width) for c in range(channels)]
+                      for y in range(height)]
+            for operation, take in ("min", min), ("max", max), ("range", lambda all: max(all) - min(all)):
+                for mode in [], ["--float"]:
+                    with self.subTest((channels, operation, mode)):
+                        self.assertEqual([[take(window) for window in line] for line in values], self.picture(
+                            "rank", "in.png", "--op", operation, "--width", str(across), "--height", str(down),
+                            "--anchor-x", str(x0), "--anchor-y", str(y0), *mode)[3])
 
     def test_divisors(self):
         self.path("flat.png", gray_png([[200] * 8] * 8))
@@ -527,6 +545,11 @@ class Program(unittest.TestCase):
                 (["filter", *row, "--border", "none", *out], 2, "--border"),
                 (["filter", *row, "--value", "256", *out], 2, "--value"),
                 (["filter", "--row", ",".join(["32767"] * 300), *out], 1, "32 bits"),
+                *[(["rank", "good.png", *what, *out], status, message) for what, status, message in [
+                    (["--op", "mean", "--width", "3"], 2, "--op"), (["--op", "min"], 2, "--width is required"),
+                    (["--op", "min", "--width", "0"], 2, "--width"), (["--op", "max", "--width", "10001"], 2, "--width"),
+                    (["--op", "max", "--width", "5", "--anchor-x", "5"], 1, "--anchor-x 5 lies outside"),
+                    (["--op", "max", "--width", "5", "--height", "2", "--anchor-y", "2"], 1, "--anchor-y 2 lies outside")]],
                 *[(["morph", "good.png", "--shape", name, *out], 1, message) for name, message in [
                     ("mask.txt", "mask.txt: line 2: has 2 characters, not 3"), ("odd.txt", "odd.txt: line 2: neither"),
                     ("high.txt", "1 x 256: at most 255 x 255"), ("empty.png", "empty.png: the file is empty"),
