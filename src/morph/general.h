@@ -162,20 +162,40 @@ ZELCV_INLINE inline void copyShort(void* dst, const void* src, std::size_t bytes
     else if (bytes == 1) ends(Zel8u());
 }
 
-template <int Channels, class T>
-ZELCV_INLINE inline T* repeatPixel(const T* pixel, T* to, int count)
+// Copies the first `count` elements of a row, or the last ones in front of the ends of two rows; up to a vector more may come
+// along.
+template <class T>
+ZELCV_INLINE inline void copyFirst(const T* src, T* dst, std::ptrdiff_t count)
 {
-    if constexpr (Channels == 1) {
-        std::fill_n(to, count, *pixel);
-    } else {
-        for (std::ptrdiff_t i = 0; i < count; ++i) std::memcpy(to + i * Channels, pixel, sizeof(T) * Channels);
-    }
+    if (count <= kLanes<T>) store(dst, load(src));
+    else std::memcpy(dst, src, sizeof(T) * std::size_t(count));
+}
+template <class T>
+ZELCV_INLINE inline void copyLast(const T* srcEnd, T* dstEnd, std::ptrdiff_t count)
+{
+    if (count <= kLanes<T>) store(dstEnd - kLanes<T>, load(srcEnd - kLanes<T>));
+    else std::memcpy(dstEnd - count, srcEnd - count, sizeof(T) * std::size_t(count));
+}
+
+template <int Channels, class T>
+T* repeatPixel(const T* pixel, T* to, int count)
+{
+    for (std::ptrdiff_t i = 0; i < count; ++i) std::memcpy(to + i * Channels, pixel, sizeof(T) * Channels);
     return to + std::ptrdiff_t(count) * Channels;
 }
 
+// The same; up to a vector more may be written.
+template <int Channels, class T>
+ZELCV_INLINE inline T* repeatPixelAndMore(const T* pixel, T* to, int count)
+{
+    if (Channels > 1 || count > kLanes<T>) return repeatPixel<Channels>(pixel, to, count);
+    store(to, splat(*pixel));
+    return to + count;
+}
+
 // The columns that the mask reaches over: for whole bands of rows the two edges of the source, with their border columns, stand
-// beside each other in the work area, row behind row without gaps, so that a band is one long row. False where the work area
-// is too small.
+// beside each other in the work area, row behind row without gaps, so that a band is one long row. A vector at the ends of the
+// rows of dst may be written. False where the work area is too small.
 template <class Pick, class T, int Channels>
 bool extremesOfSides(Plane<const T> src, Plane<T> dst, ZeliSize roi, const ZeliMorphState& state, const Places& places)
 {
@@ -196,18 +216,17 @@ bool extremesOfSides(Plane<const T> src, Plane<T> dst, ZeliSize roi, const ZeliM
         const int rows = std::min(band, roi.height - y);
         for (int v = 0; v < rows + under; ++v) {
             const T* const row = src.row(std::clamp(y - state.anchorY + v, 0, roi.height - 1));
-            T* const edge = repeatPixel<Channels>(row, edges + v * across, left);
-            copyShort(edge, row, sizeof(T) * std::size_t(reach));
+            T* const edge = repeatPixelAndMore<Channels>(row, edges + v * across, left); // what is too much is overwritten
+            copyFirst(row, edge, reach);
             copyShort(edge + reach, row + elements - reach, sizeof(T) * std::size_t(reach));
-            repeatPixel<Channels>(row + elements - Channels, edge + 2 * reach, right);
+            repeatPixelAndMore<Channels>(row + elements - Channels, edge + 2 * reach, right);
         }
         extremesOfPlaces<Pick>(at, places.count(), Pick::template kStart<T>, result, int((rows - 1) * across + 2 * reach));
         for (int v = 0; v < rows; ++v) {
             const T* const row = result + v * across;
             T* const to = dst.row(y + v);
-            copyShort(to, row, sizeof(T) * Channels * std::size_t(left));
-            copyShort(to + elements - std::ptrdiff_t(right) * Channels, row + std::ptrdiff_t(left) * Channels + reach,
-                      sizeof(T) * Channels * std::size_t(right));
+            copyFirst(row, to, std::ptrdiff_t(left) * Channels); // more of the row, too, which is made later
+            copyLast(row + 2 * reach, to + elements, std::ptrdiff_t(right) * Channels);
         }
     }
     return true;
