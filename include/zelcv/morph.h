@@ -116,9 +116,10 @@ ZELCV_API ZelStatus zeliMorphologyFree(ZeliMorphState* state);
  *   roiSize        in pixels, not wider than the state's roiWidth
  *   border         zeliBorderReplicate
  *   state          the mask, see above; its memory is used during the call
- * Integers are exact. 32f: where a NaN or zeros of both signs are under the mask, the result is one of the pixels. Under
- * general masks the running extreme starts at the smallest (erosion: largest) finite number and is replaced by each pixel in
- * turn, row by row of the mask, unless it is strictly larger (smaller): so infinities of the wrong sign become that number.
+ * Integers are exact. 32f: of zeros with both signs the last one under the mask counts, row by row. Under general masks the
+ * running extreme starts at the smallest (erosion: largest) finite number and is replaced by each pixel in turn, row by row of
+ * the mask, unless it is strictly larger (smaller): so infinities of the wrong sign become that number. Under other masks a
+ * result is one of the pixels, but open where a NaN is under the mask.
  * Errors, in this order: src, dst or state null -8; width or height below 1 -6; a step below a row -14; 32f: a step not a
  * multiple of 4 -108; another border -5; a region wider than the state's roiWidth -6. No scratch, no memory is allocated; on
  * the calling thread.
