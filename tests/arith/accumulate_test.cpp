@@ -57,8 +57,10 @@ TYPED_TEST(Accumulate, EqualsDefinition)
                 if (size.height == 512) underAllThreadings(once);
                 else once();
             };
-            const std::tuple one = std::tie(a), oneMasked = std::tie(a, mask);
-            const std::tuple two = std::tie(a, b), twoMasked = std::tie(a, b, mask);
+            const std::tuple one = std::tie(a);
+            const std::tuple oneMasked = std::tie(a, mask);
+            const std::tuple two = std::tie(a, b);
+            const std::tuple twoMasked = std::tie(a, b, mask);
             if constexpr (!std::is_null_pointer_v<decltype(add)>)
                 compare("add", [](T s, T, float, float old) { return old + float(s); }, add, one);
             compare("add masked", [](T s, T, float m, float old) { return m * float(s) + old; }, addMasked, oneMasked);

@@ -111,10 +111,10 @@ TYPED_TEST(MinMax, EqualsDefinition)
             compareOn(Texture::Noise);
             compareOn(Texture::Extremes);
             Image<T> one(random, size), three(random, 3 * size.width, size.height);
-            for (const auto& [low, high] : {std::pair{T(50), T(52)}, {Limits::max(), Limits::max()},
-                                            {Limits::lowest(), Limits::lowest()}}) { // many ties
+            for (const auto& ends : {std::pair{T(50), T(52)}, {Limits::max(), Limits::max()},
+                                     {Limits::lowest(), Limits::lowest()}}) { // many ties
                 for (Image<T>* image : {&one, &three})
-                    image->fill([&](int, int) { return random.between(0, 2) ? low : high; });
+                    image->fill([&](int, int) { return random.between(0, 2) ? ends.first : ends.second; });
                 compareAll<T>(size, one, three, mask);
             }
         }
