@@ -201,7 +201,8 @@ TYPED_TEST(MorphAdvanced, ChecksInOrder)
         if (!heightFirst) checks.nulls({0});
         checks.fault("height", zelStatusBadSize, [](auto& a) { std::get<1>(a).height = 0; });
         if (heightFirst) checks.nulls({0});
-        checks.nulls({2}).fault("width", zelStatusBadSize, [](auto& a) { std::get<1>(a).width = 0; });
+        checks.nulls({2});
+        checks.fault("width", zelStatusBadSize, [](auto& a) { std::get<1>(a).width = 0; });
         checks.fault("mask", zelStatusBadSize, [](auto& a) { std::get<3>(a).width = 0; });
         checks.fault("anchor", zelStatusBadAnchor, [](auto& a) { std::get<4>(a).x = 3; }).expect();
     };
