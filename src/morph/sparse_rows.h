@@ -3,6 +3,7 @@
 
 #include "extremes.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <type_traits>
@@ -12,6 +13,17 @@ namespace zelcv {
 // Elements that must be readable from each place, however few are wanted.
 template <class T>
 constexpr int kSparseBlock = kLanes<T>;
+
+// Calls make(i) for strips of vectors from element i on, while more than half a strip is left; the last one overlaps the one
+// before. Returns the element behind them.
+template <class T, int vectors, class Make>
+ZELCV_INLINE inline std::ptrdiff_t coverByStrips(std::ptrdiff_t i, std::ptrdiff_t n, const Make& make)
+{
+    constexpr int elements = vectors * kLanes<T>;
+    if (n >= elements)
+        for (; n - i > vectors / 2 * kLanes<T>; i += elements) make(std::min(i, n - elements));
+    return i;
+}
 
 // Makes vectors from element i on, which stay in registers while the list of places runs.
 template <class Pick, int vectors, class T>
@@ -36,36 +48,22 @@ ZELCV_INLINE inline void extremesOfPlacesAt(std::ptrdiff_t i, const T* const* at
 template <class Pick, class T>
 void extremesOfManyPlaces(const T* const* at, int count, T start, T* dst, int n)
 {
-    constexpr int lanes = kLanes<T>;
-    const auto make = [=]<int vectors>(std::ptrdiff_t i, std::integral_constant<int, vectors>) ZELCV_INLINE {
-        extremesOfPlacesAt<Pick, vectors>(i, at, count, start, dst);
-    };
-    constexpr std::integral_constant<int, 8> eight;
-    constexpr std::integral_constant<int, 4> four;
-    constexpr std::integral_constant<int, 2> two;
-    constexpr std::integral_constant<int, 1> one;
     std::ptrdiff_t i = 0;
-    for (; i <= n - 8 * lanes; i += 8 * lanes) make(i, eight);
-    // What is left, by few vectors, which overlap those before where there are some.
-    if (i > 0 && n - i > 6 * lanes) {
-        make(n - 8 * lanes, eight);
-        return;
-    }
-    if (i <= n - 4 * lanes) make(i, four), i += 4 * lanes;
-    if (i > 0 && n - i > 2 * lanes) {
-        make(n - 4 * lanes, four);
-        return;
-    }
-    if (i <= n - 2 * lanes) make(i, two), i += 2 * lanes;
-    if (i <= n - lanes) make(i, one), i += lanes;
-    if (i < n) make(n - lanes, one);
+    const auto cover = [&]<int vectors>(std::integral_constant<int, vectors>) ZELCV_INLINE {
+        i = coverByStrips<T, vectors>(i, n, [=](std::ptrdiff_t from) ZELCV_INLINE {
+            extremesOfPlacesAt<Pick, vectors>(from, at, count, start, dst);
+        });
+    };
+    cover(std::integral_constant<int, 8>());
+    cover(std::integral_constant<int, 4>());
+    cover(std::integral_constant<int, 2>());
+    cover(std::integral_constant<int, 1>());
 }
 
 // A list of `count` places, which stay in registers.
 template <class Pick, int count, class T>
 void extremesOfFewPlaces(const T* const* list, T start, T* dst, int n)
 {
-    constexpr int lanes = kLanes<T>, kAtOnce = 8;
     const T* at[count];
     for (int k = 0; k < count; ++k) at[k] = list[k];
     const auto make = [&](std::ptrdiff_t i) ZELCV_INLINE {
@@ -74,17 +72,11 @@ void extremesOfFewPlaces(const T* const* list, T start, T* dst, int n)
         for (int k = first; k < count; ++k) extreme = inThisOrder(Pick::of(extreme, load(at[k] + i)));
         store(dst + i, extreme);
     };
-    const auto makeBlock = [&](std::ptrdiff_t i) ZELCV_INLINE {
-        for (int v = 0; v < kAtOnce; ++v) make(i + v * lanes);
-    };
-    std::ptrdiff_t i = 0;
-    for (; i <= n - kAtOnce * lanes; i += kAtOnce * lanes) makeBlock(i);
-    if (n - i > kAtOnce / 2 * lanes && i > 0) {
-        makeBlock(n - kAtOnce * lanes);
-        return;
-    }
-    for (; i <= n - lanes; i += lanes) make(i);
-    if (i < n) make(n - lanes);
+    constexpr int kAtOnce = 8;
+    const std::ptrdiff_t made = coverByStrips<T, kAtOnce>(0, n, [&](std::ptrdiff_t i) ZELCV_INLINE {
+        for (int v = 0; v < kAtOnce; ++v) make(i + v * kLanes<T>);
+    });
+    coverByStrips<T, 1>(made, n, make);
 }
 
 // dst[i] = the extreme of `start` and at[0][i] ... at[count - 1][i], for i below n: the running value is replaced, in this

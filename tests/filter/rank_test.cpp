@@ -109,7 +109,7 @@ TYPED_TEST(Rank, EqualsDefinitionUnderRectanglesBeyondTheRegion)
 {
     Random random(3);
     for (const auto& member : members<TypeParam>())
-        for (ZeliSize size : {ZeliSize{1, 1}, {9, 7}, {40, 3}, {3, 33}, {70, 30}})
+        for (ZeliSize size : {ZeliSize{1, 1}, {9, 7}, {40, 3}, {3, 33}, {50, 12}})
             for (int round = 0; round < 6; ++round)
                 compare(random, member, size,
                         randomRectangle(random, {random.between(1, 3 * size.width), random.between(1, 3 * size.height)}));
