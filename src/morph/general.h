@@ -162,21 +162,6 @@ ZELCV_INLINE inline void copyShort(void* dst, const void* src, std::size_t bytes
     else if (bytes == 1) ends(Zel8u());
 }
 
-// Copies the first `count` elements of a row, or the last ones in front of the ends of two rows; up to a vector more may come
-// along.
-template <class T>
-ZELCV_INLINE inline void copyFirst(const T* src, T* dst, std::ptrdiff_t count)
-{
-    if (count <= kLanes<T>) store(dst, load(src));
-    else std::memcpy(dst, src, sizeof(T) * std::size_t(count));
-}
-template <class T>
-ZELCV_INLINE inline void copyLast(const T* srcEnd, T* dstEnd, std::ptrdiff_t count)
-{
-    if (count <= kLanes<T>) store(dstEnd - kLanes<T>, load(srcEnd - kLanes<T>));
-    else std::memcpy(dstEnd - count, srcEnd - count, sizeof(T) * std::size_t(count));
-}
-
 template <int Channels, class T>
 T* repeatPixel(const T* pixel, T* to, int count)
 {
@@ -194,8 +179,8 @@ ZELCV_INLINE inline T* repeatPixelAndMore(const T* pixel, T* to, int count)
 }
 
 // The columns that the mask reaches over: for whole bands of rows the two edges of the source, with their border columns, stand
-// beside each other in the work area, row behind row without gaps, so that a band is one long row. A vector at the ends of the
-// rows of dst may be written. False where the work area is too small.
+// beside each other in the work area, row behind row without gaps, so that a band is one long row. False where the work area
+// is too small.
 template <class Pick, class T, int Channels>
 bool extremesOfSides(Plane<const T> src, Plane<T> dst, ZeliSize roi, const ZeliMorphState& state, const Places& places)
 {
@@ -217,7 +202,8 @@ bool extremesOfSides(Plane<const T> src, Plane<T> dst, ZeliSize roi, const ZeliM
         for (int v = 0; v < rows + under; ++v) {
             const T* const row = src.row(std::clamp(y - state.anchorY + v, 0, roi.height - 1));
             T* const edge = repeatPixelAndMore<Channels>(row, edges + v * across, left); // what is too much is overwritten
-            copyFirst(row, edge, reach);
+            if (reach <= kLanes<T>) store(edge, load(row));
+            else std::memcpy(edge, row, sizeof(T) * std::size_t(reach));
             copyShort(edge + reach, row + elements - reach, sizeof(T) * std::size_t(reach));
             repeatPixelAndMore<Channels>(row + elements - Channels, edge + 2 * reach, right);
         }
@@ -225,27 +211,34 @@ bool extremesOfSides(Plane<const T> src, Plane<T> dst, ZeliSize roi, const ZeliM
         for (int v = 0; v < rows; ++v) {
             const T* const row = result + v * across;
             T* const to = dst.row(y + v);
-            copyFirst(row, to, std::ptrdiff_t(left) * Channels); // more of the row, too, which is made later
-            copyLast(row + 2 * reach, to + elements, std::ptrdiff_t(right) * Channels);
+            copyShort(to, row, sizeof(T) * Channels * std::size_t(left));
+            copyShort(to + elements - std::ptrdiff_t(right) * Channels, row + std::ptrdiff_t(left) * Channels + reach,
+                      sizeof(T) * Channels * std::size_t(right));
         }
     }
     return true;
 }
 
-// The columns that the mask does not reach over, from the source itself.
+// The columns that the mask does not reach over, from the source itself. Where rows follow each other without gaps, those that
+// have all places within the region are one long row, in which the columns at the sides come out wrong.
 template <class Pick, class T, int Channels>
 void extremesOfMiddle(Plane<const T> src, Plane<T> dst, ZeliSize roi, const ZeliMorphState& state, const Places& places)
 {
-    const int middle = (roi.width - (state.maskWidth - 1)) * Channels;
+    const int elements = roi.width * Channels, middle = (roi.width - (state.maskWidth - 1)) * Channels;
+    const bool gapless = isGapless(src, elements) && isGapless(dst, elements);
+    const int atOnce = gapless ? std::numeric_limits<int>::max() / elements : 1;
     const T* at[Places::kAtOnce];
-    for (int y = 0; y < roi.height; ++y) {
-        if (y > state.anchorY && y < roi.height - state.bottomExtent) // all places are a row below those before
+    for (int y = 0; y < roi.height;) {
+        const bool inside = y >= state.anchorY && y < roi.height - state.bottomExtent;
+        const int rows = inside ? std::min(atOnce, roi.height - state.bottomExtent - y) : 1;
+        if (inside && y > state.anchorY && !gapless) // all places are a row below those before
             for (int k = 0; k < places.count(); ++k)
                 at[k] = reinterpret_cast<const T*>(reinterpret_cast<const char*>(at[k]) + src.step);
         else
             places.locate(at, [&](int j) { return src.row(std::clamp(y - state.anchorY + j, 0, roi.height - 1)); });
         extremesOfPlaces<Pick>(at, places.count(), Pick::template kStart<T>,
-                               dst.row(y) + std::ptrdiff_t(state.anchorX) * Channels, middle);
+                               dst.row(y) + std::ptrdiff_t(state.anchorX) * Channels, (rows - 1) * elements + middle);
+        y += rows;
     }
 }
 
@@ -297,11 +290,11 @@ bool extremesOfGeneral(Plane<const T> src, Plane<T> dst, ZeliSize roi, const Zel
     Places places;
     const bool all = places.collect(state, 0, Channels) == std::ptrdiff_t(state.maskWidth) * state.maskHeight;
     const std::int64_t middle = (std::int64_t(roi.width) - (state.maskWidth - 1)) * Channels;
-    if (!all || middle < kSparseBlock<T> || roi.width < state.maskWidth ||
-        !extremesOfSides<Pick, T, Channels>(src, dst, roi, state, places))
-        return extremesOfPaddedRows<Pick, T, Channels>(src, dst, roi, state, places);
-    extremesOfMiddle<Pick, T, Channels>(src, dst, roi, state, places);
-    return true;
+    if (all && middle >= kSparseBlock<T>) {
+        extremesOfMiddle<Pick, T, Channels>(src, dst, roi, state, places);
+        if (extremesOfSides<Pick, T, Channels>(src, dst, roi, state, places)) return true;
+    }
+    return extremesOfPaddedRows<Pick, T, Channels>(src, dst, roi, state, places);
 }
 
 } // namespace zelcv

@@ -72,11 +72,15 @@ void extremesOfFewPlaces(const T* const* list, T start, T* dst, int n)
         for (int k = first; k < count; ++k) extreme = inThisOrder(Pick::of(extreme, load(at[k] + i)));
         store(dst + i, extreme);
     };
-    constexpr int kAtOnce = 8;
-    const std::ptrdiff_t made = coverByStrips<T, kAtOnce>(0, n, [&](std::ptrdiff_t i) ZELCV_INLINE {
-        for (int v = 0; v < kAtOnce; ++v) make(i + v * kLanes<T>);
-    });
-    coverByStrips<T, 1>(made, n, make);
+    std::ptrdiff_t i = 0;
+    const auto cover = [&]<int vectors>(std::integral_constant<int, vectors>) ZELCV_INLINE {
+        i = coverByStrips<T, vectors>(i, n, [&](std::ptrdiff_t from) ZELCV_INLINE {
+            for (int v = 0; v < vectors; ++v) make(from + v * kLanes<T>);
+        });
+    };
+    cover(std::integral_constant<int, 8>());
+    cover(std::integral_constant<int, 4>());
+    cover(std::integral_constant<int, 1>());
 }
 
 // dst[i] = the extreme of `start` and at[0][i] ... at[count - 1][i], for i below n: the running value is replaced, in this
