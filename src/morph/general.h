@@ -276,8 +276,7 @@ bool extremesOfPaddedRows(Plane<const T> src, Plane<T> dst, ZeliSize roi, const 
                 std::memcpy(soFar, dst.row(y), std::size_t(rowBytes));
                 at[0] = soFar;
             }
-            extremesOfPlaces<Pick>(at, places.count() + more, more ? kNeutral<Pick, T> : Pick::template kStart<T>, dst.row(y),
-                                   elements);
+            extremesOfPlaces<Pick>(at, places.count() + more, Pick::template kStart<T>, dst.row(y), elements);
         }
     }
     return true;
