@@ -29,7 +29,9 @@ Section shapesSection(const Source& source)
     for (const Row& row : rows)
         for (const MorphOperation operation : {MorphOperation::dilate, MorphOperation::erode})
             section.add((operation == MorphOperation::dilate ? "Dilation by " : "Erosion by ") + std::string(row.name), row.kind,
-                        [&source, row, operation](Calls& calls) { return morph(calls, operation, source.colour, row.mask); });
+                        [&source, row, operation](Calls& calls) {
+                            return morph(calls, operation, source.colour, row.mask);
+                        });
     return section;
 }
 

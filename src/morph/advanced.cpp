@@ -112,8 +112,14 @@ struct Work {
     ZeliMorphState *forward, *reflected;
     Step<T> *dilateStep, *erodeStep;
 
-    ZelStatus dilate(ZeliMorphState* state, Plane<const T> from, Plane<T> to) const { return step(dilateStep, state, from, to); }
-    ZelStatus erode(ZeliMorphState* state, Plane<const T> from, Plane<T> to) const { return step(erodeStep, state, from, to); }
+    ZelStatus dilate(ZeliMorphState* state, Plane<const T> from, Plane<T> to) const
+    {
+        return step(dilateStep, state, from, to);
+    }
+    ZelStatus erode(ZeliMorphState* state, Plane<const T> from, Plane<T> to) const
+    {
+        return step(erodeStep, state, from, to);
+    }
 
     // dst = a - b, or 0 where that is below 0.
     ZelStatus subtract(Plane<const T> a, Plane<const T> b) const

@@ -57,7 +57,8 @@ using RectangleFilter = ZelStatus(const T* src, int srcStep, T* dst, int dstStep
 
 // False where the work area is too small.
 template <class T, int Channels>
-bool extremesOfRectangle(RectangleFilter<T>* filter, Plane<const T> src, Plane<T> dst, ZeliSize roi, const ZeliMorphState& state)
+bool extremesOfRectangle(RectangleFilter<T>* filter, Plane<const T> src, Plane<T> dst, ZeliSize roi,
+                         const ZeliMorphState& state)
 {
     const std::int64_t rowBytes = std::int64_t(sizeof(T)) * Channels * roi.width;
     if (2 * state.maskHeight * (rowBytes + 32) + 32 * std::int64_t(state.maskHeight) + 32 > roomFrom(state.work, state))
