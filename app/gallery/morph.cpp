@@ -89,9 +89,9 @@ Section morphTypesSection(const Source& source)
         const bool both = operation == MorphOperation::dilate || operation == MorphOperation::open;
         const char* const layouts[] = {"one channel", "", "three channels", "four channels"};
         const std::string title = std::string(kMorphOperations[index]) + ", " + type + ", " + layouts[channels - 1];
-        section.add(title, "", [=](Calls& calls) { return draw(calls, StateMemory::library); });
+        section.add(title, "The library allocates the state.", [=](Calls& calls) { return draw(calls, StateMemory::library); });
         if (both)
-            section.add(title + ", own memory", "", [=](Calls& calls) { return draw(calls, StateMemory::own); });
+            section.add(title + ", own memory", "The state lies in a block of the program's.", [=](Calls& calls) { return draw(calls, StateMemory::own); });
     };
     for (const int channels : {1, 3, 4})
         for (int operation = 0; operation < int(std::size(kMorphOperations)); ++operation) {
