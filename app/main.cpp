@@ -32,6 +32,7 @@ int main(int argc, char** argv)
     app::addFilterCommand(program);
     app::addSmoothCommand(program);
     app::addRankCommand(program);
+    app::addMorphCommand(program);
     app::addAverageCommand(program);
     app::addStatsCommand(program);
     app::addCompareCommand(program);

@@ -22,11 +22,7 @@
 #include "zelcv/types.h" /* records, enumerations, states, the version */
 
 #include "zelcv/arith.h"    /* absolute difference, accumulators */
-<<<<<<< HEAD
-#include "zelcv/features.h" /* Canny edges, corner measures */
-=======
-#include "zelcv/features.h" /* Canny edges, colour gradients, angles */
->>>>>>> recon
+#include "zelcv/features.h" /* Canny edges, corner measures, colour gradients, angles */
 #include "zelcv/filter.h"   /* row and column pipelines, derivatives */
 #include "zelcv/integral.h" /* integral images, deviations in rectangles, Haar classifiers */
 #include "zelcv/morph.h"    /* dilation, erosion and their like, reconstruction */

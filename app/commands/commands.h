@@ -22,6 +22,7 @@ void addDiffCommand(CLI::App& program);
 void addFilterCommand(CLI::App& program);
 void addSmoothCommand(CLI::App& program);
 void addRankCommand(CLI::App& program);
+void addMorphCommand(CLI::App& program);
 void addAverageCommand(CLI::App& program);
 void addStatsCommand(CLI::App& program);
 void addCompareCommand(CLI::App& program);

@@ -55,13 +55,9 @@ Section edgesSection(const Source& source)
 
 } // namespace
 
-<<<<<<< HEAD
-Chapter featuresChapter(const Source& source) { return {"features", "Features", {edgesSection(source), cornersSection(source)}}; }
-=======
 Chapter featuresChapter(const Source& source)
 {
-    return {"features", "Features", {edgesSection(source), colourGradientSection(source)}};
+    return {"features", "Features", {edgesSection(source), cornersSection(source), colourGradientSection(source)}};
 }
->>>>>>> recon
 
 } // namespace app

@@ -1,5 +1,4 @@
-/* zelcv, features: Canny edges, corner measures.
-/* zelcv, features: Canny edges, gradients of colour images, angles.
+/* zelcv, features: Canny edges, corner measures, gradients of colour images, angles.
  * The conventions of all functions stand in zelcv.h. */
 #ifndef ZELCV_FEATURES_H
 #define ZELCV_FEATURES_H
@@ -104,6 +103,7 @@ ZELCV_API ZelStatus zeliEigenValsVecs_8u32f_C1R(const Zel8u* src, int srcStep, Z
 /* Both eigenvalues and eigenvectors, 32f. */
 ZELCV_API ZelStatus zeliEigenValsVecs_32f_C1R(const Zel32f* src, int srcStep, Zel32f* dst, int dstStep, ZeliSize roiSize,
         int kernelKind, int apertureSize, int avgWindow, Zel8u* buffer);
+
 /* ==== Gradients of colour images =================================================================================
  *
  * Folds the three channels a, b, c of each pixel, such as the gradients of red, green and blue, into one value.

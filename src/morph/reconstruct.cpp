@@ -305,22 +305,28 @@ ZelStatus bufferSize(ZeliSize roi, Zel32s* size, int twice, int rest)
 
 } // namespace
 
-#define RECONSTRUCT(type, T, rowFlagBytes, restBytes)                                                                      \
-    ZelStatus zeliMorphReconstructGetBufferSize_##type##_C1(ZeliSize roiSize, Zel32s* size)                               \
+#define RECONSTRUCT_SIZE(T, rowFlagBytes, restBytes, name)                                                                 \
+    ZelStatus name(ZeliSize roiSize, Zel32s* size)                                                                        \
     {                                                                                                                     \
         return bufferSize<T>(roiSize, size, rowFlagBytes, restBytes);                                                     \
-    }                                                                                                                     \
-    RECONSTRUCT_BY(Largest, T, zeliMorphReconstructDilate_##type##_C1IR)                                                  \
-    RECONSTRUCT_BY(Smallest, T, zeliMorphReconstructErode_##type##_C1IR)
-
-#define RECONSTRUCT_BY(Grow, T, name)                                                                                     \
+    }
+#define RECONSTRUCT(Grow, T, name)                                                                                     \
     ZelStatus name(const T* src, int srcStep, T* srcDst, int srcDstStep, ZeliSize roiSize, Zel8u* buffer,                 \
                    ZeliNormType norm)                                                                                     \
     {                                                                                                                     \
         return reconstruct<Grow, T>({src, srcStep}, {srcDst, srcDstStep}, roiSize, buffer, norm);                         \
     }
 
-RECONSTRUCT(8u, Zel8u, 1, 161)
-RECONSTRUCT(16u, Zel16u, 2, 322)
-RECONSTRUCT(32f, Zel32f, 1, 164)
-RECONSTRUCT(64f, Zel64f, 1, 168)
+RECONSTRUCT_SIZE(Zel8u, 1, 161, zeliMorphReconstructGetBufferSize_8u_C1)
+RECONSTRUCT_SIZE(Zel16u, 2, 322, zeliMorphReconstructGetBufferSize_16u_C1)
+RECONSTRUCT_SIZE(Zel32f, 1, 164, zeliMorphReconstructGetBufferSize_32f_C1)
+RECONSTRUCT_SIZE(Zel64f, 1, 168, zeliMorphReconstructGetBufferSize_64f_C1)
+
+RECONSTRUCT(Largest, Zel8u, zeliMorphReconstructDilate_8u_C1IR)
+RECONSTRUCT(Largest, Zel16u, zeliMorphReconstructDilate_16u_C1IR)
+RECONSTRUCT(Largest, Zel32f, zeliMorphReconstructDilate_32f_C1IR)
+RECONSTRUCT(Largest, Zel64f, zeliMorphReconstructDilate_64f_C1IR)
+RECONSTRUCT(Smallest, Zel8u, zeliMorphReconstructErode_8u_C1IR)
+RECONSTRUCT(Smallest, Zel16u, zeliMorphReconstructErode_16u_C1IR)
+RECONSTRUCT(Smallest, Zel32f, zeliMorphReconstructErode_32f_C1IR)
+RECONSTRUCT(Smallest, Zel64f, zeliMorphReconstructErode_64f_C1IR)

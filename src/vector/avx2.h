@@ -51,9 +51,6 @@ ZELCV_INLINE inline Vec<std::uint64_t> sumBytes(Vec<Zel8u> v)
     return Vec<std::uint64_t>(_mm256_sad_epu8(__m256i(v), __m256i{}));
 }
 
-ZELCV_INLINE inline Vec<Zel32f> minimum(Vec<Zel32f> a, Vec<Zel32f> b) { return _mm256_min_ps(a, b); }
-ZELCV_INLINE inline Vec<Zel32f> maximum(Vec<Zel32f> a, Vec<Zel32f> b) { return _mm256_max_ps(a, b); }
-
 ZELCV_INLINE inline Vec<Zel32f> squareRoot(Vec<Zel32f> v) { return _mm256_sqrt_ps(v); }
 ZELCV_INLINE inline Vec<Zel64f> squareRoot(Vec<Zel64f> v) { return _mm256_sqrt_pd(v); }
 

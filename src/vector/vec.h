@@ -120,6 +120,17 @@ Vec<T> splat(T value)
     return value - Vec<T>{}; // the compiler's broadcast; x - 0 is x also for a negative zero
 }
 
+// The same, computed here and now: compilers regroup long chains of comparisons, and then load what they could compare with
+// in memory.
+template <class V>
+ZELCV_INLINE inline V inThisOrder(V v)
+{
+#if defined(ZELCV_AVX2) || defined(ZELCV_SSE2)
+    asm("" : "+x"(v));
+#endif
+    return v;
+}
+
 // Two 16-bit numbers in memory, in all pairs of lanes.
 ZELCV_INLINE inline Vec<Zel16s> splatPair(const Zel16s* from)
 {

@@ -152,6 +152,7 @@ class Program(unittest.TestCase):
                 (["smooth", "--kind", "laplacian"], 640, 1), (["corners"], 640, 3), (["corners", "--strength"], 640, 1),
                 (["corners", "--vectors", "--window", "5"], 640, 3),
                 (["rank", "--op", "range", "--width", "3"], 640, 3),
+                (["morph", "--op", "gradient", "--shape", "cross"], 640, 3),
                 (["localdev", "--window", "9"], 640, 1), (["cascade", "--stages", BLOBS], 640, 3)]:
             with self.subTest(arguments):
                 *shape, rows = self.picture(*arguments)
@@ -169,6 +170,7 @@ class Program(unittest.TestCase):
                                     (["smooth", "--kind", "laplacian", "--size", "5"], width),
                                     (["corners", "--strength", "--scharr"], width),
                                     (["rank", "--op", "max", "--width", "10000"], width),
+                                    (["morph", "--op", "close", "--size", "255"], width),
                                     (["localdev", "--window", "1"], width), (["average"], width)]:
                 with self.subTest((width, height, arguments[0])):
                     self.assertEqual((wide, height, 1), self.picture(arguments[0], "tiny.png", *arguments[1:])[:3])
@@ -215,6 +217,39 @@ class Program(unittest.TestCase):
                         self.assertEqual(wanted, self.picture(
                             "filter", "in.png", "--row", ",".join(map(str, row)), "--column", ",".join(map(str, column)),
                             "--divisor", "1", "--anchor", str(anchor), "--border", border, "--value", str(value), *mode)[3])
+
+    def test_morph_equals_its_definition(self):
+        numbers = random.Random(3)
+        mask = [".#.1", "#..0", "..##"]
+        self.path("mask.txt", "\n".join(mask).encode())
+        self.path("mask.png", gray_png([[7 * (c in "#1") for c in row] for row in mask]))
+        own = [(i - 2, j - 1) for j, row in enumerate(mask) for i, c in enumerate(row) if c in "#1"]
+        square = [(i - 1, j - 1) for j in range(3) for i in range(3)]
+        around = [(0, 0), (1, 0), (-1, 0), (0, 1), (0, -1)]
+        wide = [(i - 2, j - 2) for j in range(5) for i in range(5) if 1 <= i <= 3 or 1 <= j <= 3]
+
+        for channels, kind in [(1, 0), (3, 2)]:
+            src = [[numbers.randrange(256) for _ in range(9 * channels)] for _ in range(7)]
+            self.path("in.png", png(9, 7, kind, src))
+
+            def step(rows, pick, places, c=channels):
+                return [[pick(rows[min(max(y + j, 0), 6)][min(max(x // c + i, 0), 8) * c + x % c] for i, j in places)
+                         for x in range(9 * c)] for y in range(7)]
+
+            def less(first, second):
+                return [[max(0, a - b) for a, b in zip(*rows)] for rows in zip(first, second)]
+            for shape, places in [(["--shape", "mask.txt"], own), (["--shape", "mask.png"], own),
+                                  (["--shape", "rect", "--size", "3"], square), (["--shape", "cross", "--size", "3"], around),
+                                  (["--shape", "diamond", "--size", "3"], around), ([], wide)]:
+                # The file's middle is (2, 1), turned (1, 1).
+                turned = [(-i, -j) for i, j in places]
+                dilated, eroded = step(src, max, places), step(src, min, places)
+                opened, closed = step(eroded, max, turned), step(dilated, min, turned)
+                for name, wanted in [("dilate", dilated), ("erode", eroded), ("open", opened), ("close", closed),
+                                     ("tophat", less(src, opened)), ("blackhat", less(closed, src)),
+                                     ("gradient", less(dilated, eroded))]:
+                    with self.subTest((channels, shape, name)):
+                        self.assertEqual(wanted, self.picture("morph", "in.png", "--op", name, *shape)[3])
 
     def test_rank_equals_its_definition(self):
         numbers = random.Random(4)
@@ -505,6 +540,9 @@ class Program(unittest.TestCase):
                  "large.png": png(32000, 32000, 2, [[0]])}
         for name, content in files.items():
             self.path(name, content)
+        for name, content in [("mask.txt", b"##.\n#.\n"), ("odd.txt", b"#.\n#x\n"), ("high.txt", b"#\n" * 256)]:
+            self.path(name, content)
+            files[name] = content
         os.mkdir(self.path("folder"))
         out = ["-o", "out.png"]
         row = ["--row", "1,2,1"]
@@ -578,6 +616,14 @@ class Program(unittest.TestCase):
                 (["reconstruct", "--op", "h-domes", "--height", "0", *out], 2, "--height"),
                 (["gray-morph", "--depth", "nan", *out], 2, "--depth"), (["gray-morph", "--size", "0", *out], 2, "--size"),
                 (["colour-gradient", "--norm", "l3", *out], 2, "--norm"),
+                *[(["morph", "good.png", "--shape", name, *out], 1, message) for name, message in [
+                    ("mask.txt", "mask.txt: line 2: has 2 characters, not 3"), ("odd.txt", "odd.txt: line 2: neither"),
+                    ("high.txt", "1 x 256: at most 255 x 255"), ("empty.png", "empty.png: the file is empty"),
+                    ("text.png", "line 1: neither a picture nor"), ("cut.png", "cut.png: bad PNG"),
+                    ("disc", "disc: No such file"), ("folder", "folder: Is a dir")]],
+                (["morph", "--op", "paint", *out], 2, "--op"), (["morph", "--size", "0", *out], 2, "--size"),
+                (["morph", "--size", "256", *out], 2, "--size"), (["morph", "none.png", *out], 1, "none.png: No such file"),
+                (["morph", "--shape", "good.png", "--size", "3", *out], 2, "--size"),
                 (["gallery"], 2, "PLACES is required"), (["gallery", "good.png"], 1, "good.png: "),
                 (["gallery", "none.png", "new"], 1, "none"),
                 (["gallery", "folder", "--threads", "0"], 1, "--threads 0: ")]:

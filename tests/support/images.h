@@ -222,10 +222,12 @@ inline Image<Zel8u> makeMask(Random& random, ZeliSize size, int percent)
     return mask;
 }
 
-// A scratch buffer of exactly `size` bytes at a random alignment in fenced memory; the guard bytes must stay as they are.
+// A scratch buffer of exactly `size` bytes at a random multiple of `unit` in fenced memory; the guard bytes must stay as they
+// are.
 class Buffer {
 public:
-    Buffer(Random& random, int size) : size_(std::size_t(size)), bytes_(random, size_, 1)
+    Buffer(Random& random, int size, std::size_t unit = 1)
+        : size_(std::size_t(size)), bytes_(random, (size_ + unit - 1) / unit * unit, unit)
     {
         std::fill(bytes_.begin(), bytes_.end(), 0xa5);
     }
