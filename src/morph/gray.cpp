@@ -375,27 +375,29 @@ ZelStatus zeliMorphGrayGetSize_32f_C1R(ZeliSize roiSize, const Zel32f* mask, Zel
     return zelStatusOk;
 }
 
-#define GRAY(type, Sum)                                                                                                   \
-    ZelStatus zeliMorphGrayInit_##type##_C1R(ZeliMorphGrayState* state, ZeliSize roiSize, const Sum::Element* mask,       \
-                                             ZeliSize maskSize, ZeliPoint anchor)                                         \
+#define GRAY_STATE(Sum, init, initAlloc, freeState)                                                                       \
+    ZelStatus init(ZeliMorphGrayState* state, ZeliSize roiSize, const Sum::Element* mask, ZeliSize maskSize,              \
+                   ZeliPoint anchor)                                                                                      \
     {                                                                                                                     \
         return initGray(state, roiSize, mask, maskSize, anchor);                                                          \
     }                                                                                                                     \
-    ZelStatus zeliMorphGrayInitAlloc_##type##_C1R(ZeliMorphGrayState** state, ZeliSize roiSize, const Sum::Element* mask, \
-                                                  ZeliSize maskSize, ZeliPoint anchor)                                    \
+    ZelStatus initAlloc(ZeliMorphGrayState** state, ZeliSize roiSize, const Sum::Element* mask, ZeliSize maskSize,        \
+                        ZeliPoint anchor)                                                                                 \
     {                                                                                                                     \
         return initAllocGray(state, roiSize, mask, maskSize, anchor);                                                     \
     }                                                                                                                     \
-    ZelStatus zeliMorphGrayFree_##type##_C1R(ZeliMorphGrayState* state) { return freeGray(state); }                       \
-    GRAY_OPERATION(Largest, Sum, zeliGrayDilateBorder_##type##_C1R)                                                       \
-    GRAY_OPERATION(Smallest, Sum, zeliGrayErodeBorder_##type##_C1R)
-
-#define GRAY_OPERATION(Extreme, Sum, name)                                                                                \
+    ZelStatus freeState(ZeliMorphGrayState* state) { return freeGray(state); }
+#define GRAY(Extreme, Sum, name)                                                                                          \
     ZelStatus name(const Sum::Pixel* src, int srcStep, Sum::Pixel* dst, int dstStep, ZeliSize roiSize,                    \
                    ZeliBorderType border, const ZeliMorphGrayState* state)                                                \
     {                                                                                                                     \
         return grayMorphology<Extreme, Sum>({src, srcStep}, {dst, dstStep}, roiSize, border, state);                      \
     }
 
-GRAY(8u, ByteSum)
-GRAY(32f, FloatSum)
+GRAY_STATE(ByteSum, zeliMorphGrayInit_8u_C1R, zeliMorphGrayInitAlloc_8u_C1R, zeliMorphGrayFree_8u_C1R)
+GRAY_STATE(FloatSum, zeliMorphGrayInit_32f_C1R, zeliMorphGrayInitAlloc_32f_C1R, zeliMorphGrayFree_32f_C1R)
+
+GRAY(Largest, ByteSum, zeliGrayDilateBorder_8u_C1R)
+GRAY(Largest, FloatSum, zeliGrayDilateBorder_32f_C1R)
+GRAY(Smallest, ByteSum, zeliGrayErodeBorder_8u_C1R)
+GRAY(Smallest, FloatSum, zeliGrayErodeBorder_32f_C1R)

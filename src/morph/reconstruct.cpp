@@ -305,12 +305,12 @@ ZelStatus bufferSize(ZeliSize roi, Zel32s* size, int twice, int rest)
 
 } // namespace
 
-#define RECONSTRUCT_SIZE(T, rowFlagBytes, restBytes, name)                                                                 \
+#define RECONSTRUCT_SIZE(T, rowFlagBytes, restBytes, name)                                                                \
     ZelStatus name(ZeliSize roiSize, Zel32s* size)                                                                        \
     {                                                                                                                     \
         return bufferSize<T>(roiSize, size, rowFlagBytes, restBytes);                                                     \
     }
-#define RECONSTRUCT(Grow, T, name)                                                                                     \
+#define RECONSTRUCT(Grow, T, name)                                                                                        \
     ZelStatus name(const T* src, int srcStep, T* srcDst, int srcDstStep, ZeliSize roiSize, Zel8u* buffer,                 \
                    ZeliNormType norm)                                                                                     \
     {                                                                                                                     \
