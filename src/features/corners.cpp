@@ -1,7 +1,9 @@
 // Corner measures: the structure tensor of each pixel, [a c; c b], and what is read out of it.
 //
 // It takes four steps, in planes of the caller's scratch: derivatives dx and dy, by the exported Sobel or Scharr filters;
-// the products dx * dx, dx * dy and dy * dy; their averages, by the exported box filter; the read-out.
+// the products dx * dx, dx * dy and dy * dy; their averages, by the exported box filter; the read-out. They are taken in strips
+// of rows whose planes stay in the caches. To a filter the rows above and below a strip are real ones.
+#include "bands.h"
 #include "checks.h"
 #include "map.h"
 #include "scratch.h"
@@ -51,12 +53,10 @@ struct From32f {
     static constexpr auto scharrHoriz = zeliFilterScharrHorizBorder_32f_C1R;
 };
 
+// What the filters need at most, for all threads.
 template <class From>
-ZelStatus getBufferSize(ZeliSize roi, int apertureSize, int avgWindow, int* bufferSize)
+int largestFilterSize(ZeliSize roi, int apertureSize, int avgWindow)
 {
-    if (auto status = checkPointers(bufferSize)) return status;
-    if (auto status = checkSize(roi)) return status;
-    if (!isMaskLength(apertureSize) || !isMaskLength(avgWindow)) return zelStatusBadSize;
     int largest = 0;
     const auto include = [&](auto sizeFunction, auto... mask) {
         int bytes = 0;
@@ -70,14 +70,35 @@ ZelStatus getBufferSize(ZeliSize roi, int apertureSize, int avgWindow, int* buff
         include(From::scharrHorizSize);
     }
     include(zeliFilterLowpassGetBufferSize_32f_C1R, maskOf(avgWindow));
-    *bufferSize = (planePitch(roi.width) * roi.height * From::kPixelBytes + 224 + largest).value();
+    return largest;
+}
+
+template <class From>
+ZelStatus getBufferSize(ZeliSize roi, int apertureSize, int avgWindow, int* bufferSize)
+{
+    if (auto status = checkPointers(bufferSize)) return status;
+    if (auto status = checkSize(roi)) return status;
+    if (!isMaskLength(apertureSize) || !isMaskLength(avgWindow)) return zelStatusBadSize;
+    const int filters = largestFilterSize<From>(roi, apertureSize, avgWindow);
+    *bufferSize = (planePitch(roi.width) * roi.height * From::kPixelBytes + 224 + filters).value();
     return zelStatusOk;
 }
 
 // ---- the tensor
 
 struct Tensor {
-    Plane<Zel32f> a, b, c; // averages of dx * dx, dy * dy, dx * dy
+    Plane<Zel32f> a, b, c; // averages of dx * dx, dy * dy, dx * dy, from the first row of a strip on
+};
+
+// Rows from `first` to `last` - 1.
+struct Strip {
+    int first, last;
+
+    int rows() const { return last - first; }
+    ZeliBorderType border(int height) const
+    {
+        return zeliBorderReplicate | (first > 0 ? zeliBorderInMemoryTop : 0) | (last < height ? zeliBorderInMemoryBottom : 0);
+    }
 };
 
 // xx = dx * dx, xy = dx * dy, yy = dy * dy, for `count` pixels, a block or more. Blocks are whole vectors of derivatives; the
@@ -98,48 +119,77 @@ template <class T>
 }
 
 template <class From>
-ZelStatus makeTensor(Plane<const typename From::Src> src, ZeliSize roi, KernelKind kind, int apertureSize, int avgWindow,
-                     Zel8u* buffer, Tensor& tensor)
-{
+struct TensorFilter {
     using T = typename From::Derivative;
-    const int pitch = planePitch(roi.width).value();
-    const auto area = std::int64_t(pitch) * roi.height;
-    Carver scratch(buffer);
-    // One float plane holds both derivatives of 16 bits, or the second one of 32. It is free again when products are averaged.
-    const auto takePlane = [&]<class E>(E) {
-        return Plane<E>{scratch.take<E>(area, kPlaneAlignment), wrappingProduct(pitch, sizeof(E))};
-    };
-    const Plane<T> dx = takePlane(T()), dy = takePlane(T());
-    const Plane<Zel32f> free = {reinterpret_cast<Zel32f*>(sizeof(T) == sizeof(Zel32f) ? dy.data : dx.data),
-                                wrappingProduct(pitch, sizeof(Zel32f))};
-    const Plane<Zel32f> xx = takePlane(Zel32f()), xy = takePlane(Zel32f()), yy = takePlane(Zel32f());
-    Zel8u* const rest = scratch.take<Zel8u>(0, kPlaneAlignment);
 
-    const auto derive = [&](auto sobel, auto scharr, Plane<T> dst) {
-        if (kind == kScharr) return scharr(src.data, src.step, dst.data, dst.step, roi, zeliBorderReplicate, 0, rest);
-        return sobel(src.data, src.step, dst.data, dst.step, roi, maskOf(apertureSize), zeliBorderReplicate, 0, rest);
-    };
-    if (auto status = derive(From::sobelVert, From::scharrVert, dx)) return status;
-    if (auto status = derive(From::sobelHoriz, From::scharrHoriz, dy)) return status;
+    Plane<const typename From::Src> src;
+    ZeliSize roi;
+    KernelKind kind;
+    int apertureSize, avgWindow;
 
-    // Narrow rows take part with what is behind them, up to a block.
-    const int count = std::max(roi.width, kLanes<T>);
-    for (int y = 0; y < roi.height; ++y) {
-        std::fill(dx.row(y) + roi.width, dx.row(y) + count, T(0));
-        std::fill(dy.row(y) + roi.width, dy.row(y) + count, T(0));
-        multiplyRow(dx.row(y), dy.row(y), xx.row(y), xy.row(y), yy.row(y), count);
+    // No strip is shorter, or ends so close in front of the last row that filters would read beyond that.
+    static constexpr int kFewestRows = 16, kRowsBehind = 4, kMostRows = 64;
+    static constexpr int kCachedBytes = 1 << 19;
+
+    int pitch() const { return planePitch(roi.width).value(); }
+    std::int64_t planeBytes(int rows) const { return std::int64_t(pitch()) * From::kPixelBytes * rows; }
+
+    // The strip of `rows` from row `first` on; the last one takes what would be left.
+    Strip strip(int first, int rows) const
+    {
+        const bool isLast = roi.height - first < std::int64_t(rows) + kRowsBehind;
+        return {first, isLast ? roi.height : first + rows};
     }
+    int rowsOfStrips() const { return int(std::clamp<std::int64_t>(kCachedBytes / planeBytes(1), kFewestRows, kMostRows)); }
 
-    const auto average = [&](Plane<Zel32f> from, Plane<Zel32f> to) {
-        return zeliFilterLowpassBorder_32f_C1R(from.data, from.step, to.data, to.step, roi, maskOf(avgWindow),
-                                               zeliBorderReplicate, 0, rest);
-    };
-    if (auto status = average(xx, free)) return status;
-    if (auto status = average(xy, xx)) return status;
-    if (auto status = average(yy, xy)) return status;
-    tensor = {.a = free, .b = xy, .c = xx};
-    return zelStatusOk;
-}
+    // The tensor of a strip. The filters take what they are given, so that none of them fails.
+    Tensor make(Strip strip, Zel8u* planes, Zel8u* filterScratch) const
+    {
+        const int reach = avgWindow / 2;
+        const Strip around{std::max(0, strip.first - reach), std::min(roi.height, strip.last + reach)};
+        const auto area = std::int64_t(pitch()) * around.rows();
+        Carver scratch(planes);
+        // One float plane holds both derivatives of 16 bits, or the second one of 32. It is free again when products are
+        // averaged.
+        const auto takePlane = [&]<class E>(E) {
+            return Plane<E>{scratch.take<E>(area, kPlaneAlignment), wrappingProduct(pitch(), sizeof(E))};
+        };
+        const Plane<T> dx = takePlane(T()), dy = takePlane(T());
+        const Plane<Zel32f> free = {reinterpret_cast<Zel32f*>(sizeof(T) == sizeof(Zel32f) ? dy.data : dx.data),
+                                    wrappingProduct(pitch(), sizeof(Zel32f))};
+        const Plane<Zel32f> xx = takePlane(Zel32f()), xy = takePlane(Zel32f()), yy = takePlane(Zel32f());
+
+        const ZeliSize size{roi.width, around.rows()};
+        const auto derive = [&](auto sobel, auto scharr, Plane<T> dst) {
+            const auto* const from = src.row(around.first);
+            const ZeliBorderType border = around.border(roi.height);
+            if (kind == kScharr)
+                scharr(from, src.step, dst.data, dst.step, size, border, 0, filterScratch);
+            else
+                sobel(from, src.step, dst.data, dst.step, size, maskOf(apertureSize), border, 0, filterScratch);
+        };
+        derive(From::sobelVert, From::scharrVert, dx);
+        derive(From::sobelHoriz, From::scharrHoriz, dy);
+
+        // Narrow rows take part with what is behind them, up to a block.
+        const int count = std::max(roi.width, kLanes<T>);
+        for (int y = 0; y < around.rows(); ++y) {
+            std::fill(dx.row(y) + roi.width, dx.row(y) + count, T(0));
+            std::fill(dy.row(y) + roi.width, dy.row(y) + count, T(0));
+            multiplyRow(dx.row(y), dy.row(y), xx.row(y), xy.row(y), yy.row(y), count);
+        }
+
+        const int above = strip.first - around.first;
+        const auto average = [&](Plane<Zel32f> from, Plane<Zel32f> to) {
+            zeliFilterLowpassBorder_32f_C1R(from.row(above), from.step, to.data, to.step, {roi.width, strip.rows()},
+                                            maskOf(avgWindow), strip.border(roi.height), 0, filterScratch);
+        };
+        average(xx, free);
+        average(xy, xx);
+        average(yy, xy);
+        return {.a = free, .b = xy, .c = xx};
+    }
+};
 
 Zel32f scaleOf(KernelKind kind, int apertureSize)
 {
@@ -259,10 +309,20 @@ ZelStatus measureCorners(Plane<const typename From::Src> src, Plane<Zel32f> dst,
     if (!isMaskLength(avgWindow)) return zelStatusBadSize;
 
     const auto kind = KernelKind(kernelKind);
-    Tensor tensor = {};
-    if (auto status = makeTensor<From>(src, roi, kind, apertureSize, avgWindow, buffer, tensor)) return status;
     const ReadOut readOut(kind, scaleOf(kind, apertureSize));
-    for (int y = 0; y < roi.height; ++y) readOut(tensor.a.row(y), tensor.b.row(y), tensor.c.row(y), dst.row(y), roi.width);
+    const TensorFilter<From> filter{src, roi, kind, apertureSize, avgWindow};
+    const int stripRows = filter.rowsOfStrips(), filterBytes = largestFilterSize<From>(roi, apertureSize, avgWindow);
+    Zel8u* const planes = Carver(buffer).take<Zel8u>(0, kPlaneAlignment);
+    forBands(roi, Gate::borderFilter(), [&](Band band) {
+        Zel8u* const filterScratch = planes + filter.planeBytes(roi.height) + std::ptrdiff_t(filterBytes / band.count) * band.index;
+        for (int y = band.first; y < band.last;) {
+            Strip strip = filter.strip(y, stripRows);
+            strip.last = std::min(strip.last, band.last);
+            const Tensor tensor = filter.make(strip, planes + filter.planeBytes(band.first), filterScratch);
+            for (int i = 0; i < strip.rows(); ++i, ++y)
+                readOut(tensor.a.row(i), tensor.b.row(i), tensor.c.row(i), dst.row(y), roi.width);
+        }
+    });
     return zelStatusOk;
 }
 

@@ -143,6 +143,9 @@ TEST(Corners, EqualDefinition)
     Image<Zel32f> tiny(random, {33, 9}); // squares of products that lose bits
     tiny.fill([&](int, int) { return float(random.between(-1000, 1000)) * 1e-14f; });
     compare(tiny, {33, 9}, kOptions[0], 9);
+    for (int height : {64, 65, 67, 68, 69, 131, 132, 200}) // one strip, several, and a last one as short as can be
+        for (const Options& options : kOptions) compareAll({5, height}, options, Texture::Noise, ++seed);
+    compareAll({4100, 40}, kOptions[0], Texture::Noise, ++seed);
     underAllThreadings([&] { compareAll({300, 270}, {0, 5, 3}, Texture::Noise, ++seed); });
 }
 
