@@ -5,6 +5,7 @@
 // of rows whose planes stay in the caches. To a filter the rows above and below a strip are real ones.
 #include "bands.h"
 #include "checks.h"
+#include "machine.h"
 #include "map.h"
 #include "scratch.h"
 
@@ -314,7 +315,8 @@ ZelStatus measureCorners(Plane<const typename From::Src> src, Plane<Zel32f> dst,
     const int stripRows = filter.rowsOfStrips(), filterBytes = largestFilterSize<From>(roi, apertureSize, avgWindow);
     Zel8u* const planes = Carver(buffer).take<Zel8u>(0, kPlaneAlignment);
     forBands(roi, Gate::borderFilter(), [&](Band band) {
-        Zel8u* const filterScratch = planes + filter.planeBytes(roi.height) + std::ptrdiff_t(filterBytes / band.count) * band.index;
+        Zel8u* const filterScratch =
+            planes + filter.planeBytes(roi.height) + std::ptrdiff_t(filterBytes / band.count) * band.index;
         for (int y = band.first; y < band.last;) {
             Strip strip = filter.strip(y, stripRows);
             strip.last = std::min(strip.last, band.last);

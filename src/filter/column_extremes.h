@@ -36,14 +36,33 @@ ZELCV_INLINE inline void forStrips(std::ptrdiff_t n, const Strip& strip)
 
 // ---- windows of few rows
 
+// Two rows that are written next: they are brought into the caches, where they need it, while the two before are made.
+template <class T>
+struct RowsAhead {
+    const T *first, *second;
+
+    ZELCV_INLINE void fetch(std::ptrdiff_t i, int vectors) const // inlined: a compiler may leave out calls that do nothing else
+    {
+        constexpr int cacheLine = 64;
+        for (int at = 0; at < vectors * kVectorBytes; at += cacheLine) {
+            __builtin_prefetch(first + i + at / int(sizeof(T)), 1);
+            __builtin_prefetch(second + i + at / int(sizeof(T)), 1);
+        }
+    }
+};
+struct NoRowsAhead {
+    ZELCV_INLINE static void fetch(std::ptrdiff_t, int) {}
+};
+
 // dst[0] and dst[1] = the extremes of rows 0 ... taps - 1 and of rows 1 ... taps: all but two are common to both.
-template <class Pick, int taps, class T>
-void extremesOfTwoWindows(const T* const* rows, T* const* dst, int n)
+template <class Pick, int taps, class T, class Ahead>
+void extremesOfTwoWindows(const T* const* rows, T* const* dst, int n, Ahead ahead)
 {
     const T* row[taps + 1];
     std::copy_n(rows, taps + 1, row);
     T *const first = dst[0], *const second = dst[1];
     forStrips<T>(n, [&](std::ptrdiff_t i, auto vectors, const auto& loadAt, const auto& storeAt) ZELCV_INLINE {
+        ahead.fetch(i, vectors);
         for (int v = 0; v < vectors; ++v, i += kLanes<T>) {
             Vec<T> common = loadAt(row[1] + i);
             for (int tap = 2; tap < taps; ++tap) common = Pick::of(common, loadAt(row[tap] + i));

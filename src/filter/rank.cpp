@@ -5,6 +5,7 @@
 // edges instead.
 #include "checks.h"
 #include "column_extremes.h"
+#include "machine.h"
 #include "row_extremes.h"
 #include "scratch.h"
 
@@ -61,9 +62,13 @@ void filterFewRows(const Stage& stage, Plane<T> dst, int above, T* scratch)
     };
     rows[0] = next(nullptr);
     for (int i = 1; i < kRing; ++i) rows[i] = i <= above ? rows[0] : next(rows[i - 1]);
+    const bool fetches = std::int64_t(height) * n * std::int64_t(sizeof(T)) > kCachedBytes;
     for (int y = 0;;) {
         T* const to[] = {dst.row(y), dst.row(y + 1)};
-        extremesOfTwoWindows<Pick, taps>(rows, to, n);
+        if (fetches && height - y >= 4)
+            extremesOfTwoWindows<Pick, taps>(rows, to, n, RowsAhead<T>{dst.row(y + 2), dst.row(y + 3)});
+        else
+            extremesOfTwoWindows<Pick, taps>(rows, to, n, NoRowsAhead());
         if (y + 2 == height) break;
         const int step = std::min(2, height - 2 - y); // the last row comes with the one above, which is made once more
         for (int i = 0; i < step; ++i) {

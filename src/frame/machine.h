@@ -1,9 +1,12 @@
-// What the frame asks zelcore about the machine.
+// What the frame knows about the machine, and what it asks zelcore.
 #pragma once
 
 #include "zelcv.h"
 
 namespace zelcv {
+
+// So much stays in a core's own caches on all but small processors.
+constexpr int kCachedBytes = 1 << 19;
 
 inline int ownGetThreadCount()
 {
