@@ -261,6 +261,7 @@ struct EigenvaluesAndVectors {
         }
         const std::ptrdiff_t last = width - lanes;
         const auto make = [&, self = *this](std::ptrdiff_t i) ZELCV_INLINE { // a copy that no store can change
+            fetchForWriting(dst + kNumbers * i + 2048 / sizeof(Zel32f));
             store(dst + kNumbers * i, self.block(load(as + i), load(bs + i), load(cs + i)));
         };
         std::ptrdiff_t i = 0;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "extremes.h"
+#include "machine.h"
 #include "plane.h"
 
 #include <algorithm>
@@ -41,12 +42,12 @@ template <class T>
 struct RowsAhead {
     const T *first, *second;
 
-    ZELCV_INLINE void fetch(std::ptrdiff_t i, int vectors) const // inlined: a compiler may leave out calls that do nothing else
+    ZELCV_INLINE void fetch(std::ptrdiff_t i, int vectors) const
     {
         constexpr int cacheLine = 64;
         for (int at = 0; at < vectors * kVectorBytes; at += cacheLine) {
-            __builtin_prefetch(first + i + at / int(sizeof(T)), 1);
-            __builtin_prefetch(second + i + at / int(sizeof(T)), 1);
+            fetchForWriting(first + i + at / int(sizeof(T)));
+            fetchForWriting(second + i + at / int(sizeof(T)));
         }
     }
 };
