@@ -94,7 +94,34 @@ T extremeUnder(const Mask& mask, bool largest, bool general, const Image<T>& src
     return any ? extreme : src.at(x, y);
 }
 
-// A member of a family: T, kChannels, and functions of its type.
+// The six layouts: an element, a number of channels, and the functions of states, of both operations and of what is built of
+// them.
+#define LAYOUT(Type, channels, suffix)                                                                                \
+    struct C##channels##_##Type {                                                                                     \
+        using T = Type;                                                                                               \
+        static constexpr int kChannels = channels, kPixelBytes = channels * int(sizeof(Type));                        \
+        static constexpr int kDataType = sizeof(Type) == 1 ? 1 : 13;                                                  \
+        static constexpr auto size = zeliMorphologyGetSize_##suffix;                                                  \
+        static constexpr auto init = zeliMorphologyInit_##suffix;                                                     \
+        static constexpr auto initAlloc = zeliMorphologyInitAlloc_##suffix;                                           \
+        static constexpr auto dilate = zeliDilateBorderReplicate_##suffix;                                            \
+        static constexpr auto erode = zeliErodeBorderReplicate_##suffix;                                              \
+        static constexpr auto advancedSize = zeliMorphAdvGetSize_##suffix;                                            \
+        static constexpr auto advancedInit = zeliMorphAdvInit_##suffix;                                               \
+        static constexpr auto advancedInitAlloc = zeliMorphAdvInitAlloc_##suffix;                                     \
+        static constexpr decltype(&zeliMorphOpenBorder_##suffix) operations[] = {                                     \
+            zeliMorphOpenBorder_##suffix, zeliMorphCloseBorder_##suffix, zeliMorphTophatBorder_##suffix,              \
+            zeliMorphBlackhatBorder_##suffix, zeliMorphGradientBorder_##suffix};                                      \
+    };
+LAYOUT(Zel8u, 1, 8u_C1R)
+LAYOUT(Zel8u, 3, 8u_C3R)
+LAYOUT(Zel8u, 4, 8u_C4R)
+LAYOUT(Zel32f, 1, 32f_C1R)
+LAYOUT(Zel32f, 3, 32f_C3R)
+LAYOUT(Zel32f, 4, 32f_C4R)
+using Layouts = testing::Types<C1_Zel8u, C3_Zel8u, C4_Zel8u, C1_Zel32f, C3_Zel32f, C4_Zel32f>;
+
+// An image of a layout.
 template <class M>
 Image<typename M::T> image(Random& random, ZeliSize size, Texture texture = Texture::Noise)
 {

@@ -14,28 +14,9 @@ namespace {
 
 enum Operation { kOpen, kClose, kTophat, kBlackhat, kGradient, kOperations };
 
-#define MEMBER(Type, channels, suffix)                                                                                \
-    struct C##channels##_##Type {                                                                                     \
-        using T = Type;                                                                                               \
-        static constexpr int kChannels = channels, kPixelBytes = channels * int(sizeof(Type));                        \
-        static constexpr auto size = zeliMorphAdvGetSize_##suffix;                                                    \
-        static constexpr auto init = zeliMorphAdvInit_##suffix;                                                       \
-        static constexpr auto initAlloc = zeliMorphAdvInitAlloc_##suffix;                                             \
-        static constexpr decltype(&zeliMorphOpenBorder_##suffix) operations[] = {                                     \
-            zeliMorphOpenBorder_##suffix, zeliMorphCloseBorder_##suffix, zeliMorphTophatBorder_##suffix,              \
-            zeliMorphBlackhatBorder_##suffix, zeliMorphGradientBorder_##suffix};                                      \
-    };
-MEMBER(Zel8u, 1, 8u_C1R)
-MEMBER(Zel8u, 3, 8u_C3R)
-MEMBER(Zel8u, 4, 8u_C4R)
-MEMBER(Zel32f, 1, 32f_C1R)
-MEMBER(Zel32f, 3, 32f_C3R)
-MEMBER(Zel32f, 4, 32f_C4R)
-
 template <class M>
 class MorphAdvanced : public testing::Test {};
-using Members = testing::Types<C1_Zel8u, C3_Zel8u, C4_Zel8u, C1_Zel32f, C3_Zel32f, C4_Zel32f>;
-TYPED_TEST_SUITE(MorphAdvanced, Members);
+TYPED_TEST_SUITE(MorphAdvanced, Layouts);
 
 struct Release {
     void operator()(ZeliMorphAdvState* state) const { zeliMorphAdvFree(state); }
@@ -46,7 +27,7 @@ template <class M>
 State make(ZeliSize roi, const Mask& mask)
 {
     ZeliMorphAdvState* state = nullptr;
-    EXPECT_EQ(zelStatusOk, M::initAlloc(&state, roi, mask.bytes.data(), mask.size, mask.anchor));
+    EXPECT_EQ(zelStatusOk, M::advancedInitAlloc(&state, roi, mask.bytes.data(), mask.size, mask.anchor));
     return State(state);
 }
 
@@ -104,10 +85,10 @@ TYPED_TEST(MorphAdvanced, EqualsDefinition)
             expectDefinition<M>(random, size, mask, make<M>(size, mask).get(), what);
 
             int bytes = 0;
-            ASSERT_EQ(zelStatusOk, M::size(size, mask.bytes.data(), mask.size, &bytes));
+            ASSERT_EQ(zelStatusOk, M::advancedSize(size, mask.bytes.data(), mask.size, &bytes));
             Buffer block(random, bytes, 8);
             auto* const state = reinterpret_cast<ZeliMorphAdvState*>(block.data());
-            ASSERT_EQ(zelStatusOk, M::init(state, size, mask.bytes.data(), mask.size, mask.anchor));
+            ASSERT_EQ(zelStatusOk, M::advancedInit(state, size, mask.bytes.data(), mask.size, mask.anchor));
             expectDefinition<M>(random, size, mask, state, what + ", in place");
         }
         if (this->HasFailure()) return;
@@ -137,10 +118,10 @@ TYPED_TEST(MorphAdvanced, LaysDownStates)
     expectParts(*make<M>(size, ramp), zeliMorphShapeRowRuns);
 
     int bytes = 0;
-    EXPECT_EQ(zelStatusOk, M::size(size, ramp.bytes.data(), ramp.size, &bytes));
+    EXPECT_EQ(zelStatusOk, M::advancedSize(size, ramp.bytes.data(), ramp.size, &bytes));
     alignas(32) Zel8u block[16384];
     auto* const state = reinterpret_cast<ZeliMorphAdvState*>(block);
-    EXPECT_EQ(zelStatusOk, M::init(state, size, ramp.bytes.data(), ramp.size, ramp.anchor));
+    EXPECT_EQ(zelStatusOk, M::advancedInit(state, size, ramp.bytes.data(), ramp.size, ramp.anchor));
     expectParts(*state, zeliMorphShapeGeneral); // row runs are no shape there
     const int each = 16 + 2 * 3 * (((21 + 3) * M::kPixelBytes + 15) / 16 * 16) + 112;
     EXPECT_EQ(each, state->stateForward->totalSize);
@@ -161,7 +142,7 @@ TYPED_TEST(MorphAdvanced, TakesLargerRegionsOnly)
     Buffer block(random, 1 << 16, 8);
     auto* const state = reinterpret_cast<ZeliMorphAdvState*>(block.data());
     const ZeliSize size{20, 9};
-    ASSERT_EQ(zelStatusOk, M::init(state, size, mask.bytes.data(), mask.size, mask.anchor));
+    ASSERT_EQ(zelStatusOk, M::advancedInit(state, size, mask.bytes.data(), mask.size, mask.anchor));
     for (ZeliSize other : {ZeliSize{20, 10}, {20, 400}, {4, 180}}) expectDefinition<M>(random, other, mask, state, "larger");
     auto src = image<M>(random, {21, 400}), dst = image<M>(random, {21, 400});
     for (auto operation : M::operations) {
@@ -192,7 +173,7 @@ TYPED_TEST(MorphAdvanced, ChecksInOrder)
     }
 
     int bytes = 0;
-    Checks sizes(M::size, size, mask.bytes.data(), mask.size, &bytes);
+    Checks sizes(M::advancedSize, size, mask.bytes.data(), mask.size, &bytes);
     sizes.fault("height", zelStatusBadSize, [](auto& a) { std::get<0>(a).height = 0; }).nulls({3, 1});
     sizes.fault("width", zelStatusBadSize, [](auto& a) { std::get<0>(a).width = 0; });
     sizes.fault("mask", zelStatusBadSize, [](auto& a) { std::get<2>(a).height = 0; }).expect();
@@ -207,9 +188,9 @@ TYPED_TEST(MorphAdvanced, ChecksInOrder)
         checks.fault("anchor", zelStatusBadAnchor, [](auto& a) { std::get<4>(a).x = 3; }).expect();
     };
     alignas(32) Zel8u block[16384];
-    expectChecks(M::init, reinterpret_cast<ZeliMorphAdvState*>(block), true);
+    expectChecks(M::advancedInit, reinterpret_cast<ZeliMorphAdvState*>(block), true);
     ZeliMorphAdvState* made = nullptr;
-    expectChecks(M::initAlloc, &made, false);
+    expectChecks(M::advancedInitAlloc, &made, false);
     zeliMorphAdvFree(made);
     EXPECT_EQ(zelStatusNullPointer, zeliMorphAdvFree(nullptr));
 }
@@ -219,7 +200,7 @@ TYPED_TEST(MorphAdvanced, FailsWithoutMemory)
     const Mask mask = disc(3);
     ZeliMorphAdvState* made = nullptr;
     const auto initAlloc = [&](ZeliSize size) {
-        return TypeParam::initAlloc(&made, size, mask.bytes.data(), mask.size, mask.anchor);
+        return TypeParam::advancedInitAlloc(&made, size, mask.bytes.data(), mask.size, mask.anchor);
     };
     for (int left = 0; left < 8; ++left) { // three for each mask, the image, the record
         allocationsLeft = left;

@@ -5,27 +5,9 @@ using namespace zeltest;
 
 namespace {
 
-#define MEMBER(Type, channels, suffix)                                                                                \
-    struct C##channels##_##Type {                                                                                     \
-        using T = Type;                                                                                               \
-        static constexpr int kChannels = channels, kDataType = sizeof(Type) == 1 ? 1 : 13;                            \
-        static constexpr auto size = zeliMorphologyGetSize_##suffix;                                                  \
-        static constexpr auto init = zeliMorphologyInit_##suffix;                                                     \
-        static constexpr auto initAlloc = zeliMorphologyInitAlloc_##suffix;                                           \
-        static constexpr auto dilate = zeliDilateBorderReplicate_##suffix;                                            \
-        static constexpr auto erode = zeliErodeBorderReplicate_##suffix;                                              \
-    };
-MEMBER(Zel8u, 1, 8u_C1R)
-MEMBER(Zel8u, 3, 8u_C3R)
-MEMBER(Zel8u, 4, 8u_C4R)
-MEMBER(Zel32f, 1, 32f_C1R)
-MEMBER(Zel32f, 3, 32f_C3R)
-MEMBER(Zel32f, 4, 32f_C4R)
-
 template <class M>
 class Morphology : public testing::Test {};
-using Members = testing::Types<C1_Zel8u, C3_Zel8u, C4_Zel8u, C1_Zel32f, C3_Zel32f, C4_Zel32f>;
-TYPED_TEST_SUITE(Morphology, Members);
+TYPED_TEST_SUITE(Morphology, Layouts);
 
 struct Release {
     void operator()(ZeliMorphState* state) const { zeliMorphologyFree(state); }
