@@ -28,8 +28,8 @@ Section shapesSection(const Source& source)
                         {"nothing", {{3, 3}, std::vector<Zel8u>(9, 0)}, "An empty mask copies."}};
     for (const Row& row : rows)
         for (const MorphOperation operation : {MorphOperation::dilate, MorphOperation::erode})
-            section.add((operation == MorphOperation::dilate ? "Dilation by " : "Erosion by ") + std::string(row.name), row.kind,
-                        [&source, row, operation](Calls& calls) {
+            section.add((operation == MorphOperation::dilate ? "Dilation by " : "Erosion by ") + std::string(row.name),
+                        row.kind, [&source, row, operation](Calls& calls) {
                             return morph(calls, operation, source.colour, row.mask);
                         });
     return section;
@@ -78,7 +78,7 @@ Section morphTypesSection(const Source& source)
                     "memory of the program's own.",
                     {}};
     section.folded = true;
-    const auto add = [&]<class T>(T, const std::string& type, int channels, int index) {
+    const auto addMember = [&]<class T>(T, const std::string& type, int channels, int index) {
         const MorphOperation operation = MorphOperation(index);
         const auto draw = [&source, channels, operation](Calls& calls, StateMemory memory) {
             const Picture& picture = channels == 1 ? source.gray : source.colour;
@@ -89,14 +89,16 @@ Section morphTypesSection(const Source& source)
         const bool both = operation == MorphOperation::dilate || operation == MorphOperation::open;
         const char* const layouts[] = {"one channel", "", "three channels", "four channels"};
         const std::string title = std::string(kMorphOperations[index]) + ", " + type + ", " + layouts[channels - 1];
-        section.add(title, "The library allocates the state.", [=](Calls& calls) { return draw(calls, StateMemory::library); });
-        if (both)
-            section.add(title + ", own memory", "The state lies in a block of the program's.", [=](Calls& calls) { return draw(calls, StateMemory::own); });
+        const auto add = [&](const std::string& name, const char* sentence, StateMemory memory) {
+            section.add(name, sentence, [=](Calls& calls) { return draw(calls, memory); });
+        };
+        add(title, "The library allocates the state.", StateMemory::library);
+        if (both) add(title + ", own memory", "The state lies in a block of the program's.", StateMemory::own);
     };
     for (const int channels : {1, 3, 4})
         for (int operation = 0; operation < int(std::size(kMorphOperations)); ++operation) {
-            add(Zel8u(), "8u", channels, operation);
-            add(Zel32f(), "32f", channels, operation);
+            addMember(Zel8u(), "8u", channels, operation);
+            addMember(Zel32f(), "32f", channels, operation);
         }
     return section;
 }

@@ -23,9 +23,9 @@ const bool registered = [] {
 #define RANK(T, layout, channels)                                                                                         \
     for (const auto& [side, remark] : {std::pair{3, "/3x3"}, {5, "/5x5"}, {15, "/15x15"}, {51, "/51x51"}}) {              \
         const ZeliSize mask{side, side};                                                                                  \
-        measure("zeliFilterMaxBorderReplicate_" #layout + std::string(remark), 2 * channels * sizeof(T),                               \
+        measure("zeliFilterMaxBorderReplicate_" #layout + std::string(remark), 2 * channels * sizeof(T),                  \
                 filter<T>(zeliFilterMaxGetBufferSize_##layout, zeliFilterMaxBorderReplicate_##layout, channels, mask));   \
-        measure("zeliFilterMinBorderReplicate_" #layout + std::string(remark), 2 * channels * sizeof(T),                               \
+        measure("zeliFilterMinBorderReplicate_" #layout + std::string(remark), 2 * channels * sizeof(T),                  \
                 filter<T>(zeliFilterMinGetBufferSize_##layout, zeliFilterMinBorderReplicate_##layout, channels, mask));   \
     }
     RANK(Zel8u, 8u_C1R, 1)

@@ -140,8 +140,8 @@ ZELCV_API ZelStatus zeliGradientColorToGray_32f_C3C1R(const Zel32f* src, int src
  * polynomial and not by a library's arctangent: on the axes the result is off by 0.1405, so that 0 comes out as -0.1405 and
  * 45 as 45.14; (0, 0) gives the same as (1, 0). The sign bit of a negative zero counts.
  *
- * Elements share their divisions by fours. A component that is infinite or not a number makes its four meaningless, and the
- * last bit of a result may depend on the three others: see docs/numerics.md.
+ * A component that is infinite or not a number makes the four elements meaningless that share a division by definition,
+ * counted from the first element: see docs/numerics.md.
  *
  *   y, x, dst       vectors; dst may be one of the others
  *   len             elements in each

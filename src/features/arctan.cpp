@@ -18,9 +18,9 @@ namespace {
 constexpr double kCubic = -15.813189506530762, kLinear = 61.09419631958008;
 constexpr float kOffset = 0.14050041f; // balances the polynomial's error between the octants
 
-// An octant's angle is falling with growing t where an odd number of three hold: the components swapped, x negative, y negative.
-// There the angle's negative is computed. The result before its polynomial is added: exact degrees, and kOffset rounded to the
-// bits that are left behind them.
+// An octant's angle is falling with growing t where an odd number of three hold: the components swapped, x negative, y
+// negative. There the angle's negative is computed. The result before its polynomial is added: exact degrees, and kOffset
+// rounded to the bits that are left behind them.
 constexpr bool isFalling(bool swapped, bool left, bool below) { return (swapped != left) != below; }
 constexpr float startOf(bool swapped, bool left, bool below)
 {

@@ -102,7 +102,8 @@ void filterManyRows(const Stage& stage, Plane<T> dst, Window window, T* scratch)
         const int behind = int(std::min<std::int64_t>(count, height - y)) - 1; // rows of output behind this one
         const bool last = y + count >= height;
         fill(starts, y + count - window.before, last ? behind : count, ends);
-        if (behind > 0) extremesOverBlocks<Pick>(ends + pitch, starts, pitch, Plane<T>{dst.row(int(y) + 1), dst.step}, behind, n);
+        if (behind > 0)
+            extremesOverBlocks<Pick>(ends + pitch, starts, pitch, Plane<T>{dst.row(int(y) + 1), dst.step}, behind, n);
         std::swap(ends, starts);
     }
 }
