@@ -25,4 +25,10 @@ struct Smallest {
     static constexpr T kStart = std::numeric_limits<T>::max();
 };
 
+// What every other number replaces, infinities too, and a NaN.
+template <class Pick, class T>
+constexpr T kNeutral = std::numeric_limits<T>::is_integer ? Pick::template kStart<T>
+                       : Pick::template kStart<T> < 0     ? -std::numeric_limits<T>::infinity()
+                                                          : std::numeric_limits<T>::infinity();
+
 } // namespace zelcv

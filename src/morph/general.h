@@ -12,12 +12,6 @@
 
 namespace zelcv {
 
-// What every other number replaces, infinities too, and a NaN.
-template <class Pick, class T>
-constexpr T kNeutral = std::numeric_limits<T>::is_integer ? Pick::template kStart<T>
-                       : Pick::template kStart<T> < 0     ? -std::numeric_limits<T>::infinity()
-                                                          : std::numeric_limits<T>::infinity();
-
 // The room in a work area, in bytes, from a piece on.
 inline std::ptrdiff_t roomFrom(const void* piece, const ZeliMorphState& state)
 {

@@ -92,8 +92,7 @@ struct FloatSum {
     template <class Extreme>
     ZELCV_INLINE static Vec<Pixel> pixels(const Pixel* from)
     {
-        constexpr Pixel infinity = std::numeric_limits<Pixel>::infinity();
-        return Extreme::of(load(from), splat(Extreme::template kStart<Pixel> < 0 ? -infinity : infinity));
+        return Extreme::of(load(from), splat(kNeutral<Extreme, Pixel>));
     }
 };
 

@@ -8,7 +8,6 @@
 
 #include <array>
 #include <bit>
-#include <limits>
 #include <type_traits>
 
 namespace zelcv {
@@ -16,12 +15,6 @@ namespace zelcv {
 // Growth to larger or to smaller numbers, and what limits it.
 template <class Extreme>
 using Opposite = std::conditional_t<std::is_same_v<Extreme, Largest>, Smallest, Largest>;
-
-// What every number replaces under an extreme, the infinities too.
-template <class Extreme, class T>
-constexpr T kNeutral = std::numeric_limits<T>::has_infinity
-                           ? (Extreme::template kStart<T> < 0 ? -1 : 1) * std::numeric_limits<T>::infinity()
-                           : Extreme::template kStart<T>;
 
 enum class Towards { end, start };
 
